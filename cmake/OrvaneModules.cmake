@@ -1,0 +1,43 @@
+# Each source folder is a static library of its own ("module"), so that the layering is checked
+# by the linker and a folder builds and tests without the folders above it. orvane_core gathers
+# the headless modules, orvane_gui the widget ones.
+
+set_property(GLOBAL PROPERTY ORVANE_CORE_MODULES "")
+set_property(GLOBAL PROPERTY ORVANE_GUI_MODULES "")
+
+# orvane_module(NAME [GUI] SOURCES ... [LIBS ...])
+function(orvane_module name)
+  cmake_parse_arguments(ARG "GUI" "" "SOURCES;LIBS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${CMAKE_BINARY_DIR}/generated)
+  target_link_libraries(${name} PUBLIC Qt6::Core ${ARG_LIBS})
+  if(ARG_GUI)
+    target_link_libraries(${name} PUBLIC Qt6::Widgets)
+    set_property(GLOBAL APPEND PROPERTY ORVANE_GUI_MODULES ${name})
+  else()
+    # A headless module must never reach QtWidgets, not even through a dependency.
+    set_property(GLOBAL APPEND PROPERTY ORVANE_CORE_MODULES ${name})
+  endif()
+endfunction()
+
+# orvane_test(NAME [GUI] SOURCES ... LIBS ... [LABELS ...] [RESOURCE_LOCK ...])
+# One executable per test folder; each case runs as its own process with a fresh HOME.
+function(orvane_test name)
+  cmake_parse_arguments(ARG "GUI" "" "SOURCES;LIBS;LABELS;RESOURCE_LOCK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  if(ARG_GUI)
+    target_link_libraries(${name} PRIVATE orvane_testmain_gui)
+  else()
+    target_link_libraries(${name} PRIVATE orvane_testmain)
+  endif()
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gmock)
+  set(properties ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ORVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR}")
+  if(ARG_LABELS)
+    list(APPEND properties LABELS "${ARG_LABELS}")
+  endif()
+  if(ARG_RESOURCE_LOCK)
+    list(APPEND properties RESOURCE_LOCK "${ARG_RESOURCE_LOCK}")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES ${properties})
+endfunction()

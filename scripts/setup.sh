@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Installs the Debian packages Orvane builds, runs and tests with. Quiet and quick when all of
+# them are already there; otherwise installs the missing ones without recommends.
+set -euo pipefail
+
+packages=(
+  g++ cmake ninja-build pkg-config
+  libgtest-dev libgmock-dev libbenchmark-dev
+  libicu-dev libxml2-dev libsqlite3-dev
+  qt6-base-dev libqt6sql6-sqlite qt6-image-formats-plugins
+  libtag1-dev libplist-dev qtkeychain-qt6-dev libsecret-1-0
+  libx11-dev libxcb1-dev libxkbcommon-dev
+  fonts-dejavu-core gnome-keyring dbus
+  mpv mpv-mpris xvfb xauth xdotool
+  ffmpeg python3 python3-mutagen
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)
+  [[ "$status" == "install ok installed" ]] || missing+=("$package")
+done
+[[ ${#missing[@]} -eq 0 ]] && exit 0
+
+echo "setup: installing ${missing[*]}"
+sudo_cmd=()
+[[ $(id -u) -eq 0 ]] || sudo_cmd=(sudo)
+export DEBIAN_FRONTEND=noninteractive
+"${sudo_cmd[@]}" apt-get update -qq
+"${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+echo "setup: done"

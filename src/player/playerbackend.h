@@ -1,0 +1,49 @@
+#pragma once
+
+#include "player/remoteobject.h"
+
+#include <QObject>
+#include <QVariantMap>
+
+// Tells whoever listens what the player does. playerInfo carries the player notification's
+// user information, at least "Player State" ("Playing", "Paused" or "Stopped"); launched and
+// terminated follow the player process (for MPRIS: its bus name gaining or losing an owner).
+// Signals are emitted on the main thread.
+class PlayerNotifier : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+signals:
+    void playerInfo(const QVariantMap &userInfo);
+    void playerLaunched();
+    void playerTerminated();
+};
+
+// The application object of a backend: the root of its object tree, plus what is asked of the
+// player as a process.
+class PlayerBackend : public RemoteObject
+{
+public:
+    ObjectClass objectClass() const override { return ObjectClass::Application; }
+
+    // The organizer asks whether the library is open; the live side whether the followed
+    // player is on the bus. Each backend answers for what it is.
+    virtual bool isRunning() const = 0;
+
+    // Starts the player if the backend knows how (a configured player command); false if not.
+    virtual bool launch() { return false; }
+
+    // Null for a backend that never notifies.
+    virtual PlayerNotifier *notifier() { return nullptr; }
+};
+
+using PlayerBackendPtr = std::shared_ptr<PlayerBackend>;
+
+// The backend that new connections use. The program sets the composite at start; tests set an
+// in-memory player. Safe to call from any thread.
+namespace PlayerBackends {
+void setDefaultBackend(PlayerBackendPtr backend);
+PlayerBackendPtr defaultBackend();
+} // namespace PlayerBackends
