@@ -1,0 +1,114 @@
+#include "application/apppreferences.h"
+
+#include "additions/exceptionsink.h"
+#include "additions/ovapplication.h"
+#include "application/loginitems.h"
+#include "application/preferencesmigration.h"
+
+#include <QCoreApplication>
+#include <QMutex>
+#include <QThread>
+
+namespace {
+
+QList<PreferenceObject::Setting> generalSettings()
+{
+    return {
+        {"prefLaunchMeOnLogin", "LaunchMeOnLogin", true},
+        {"prefLaunchYourTunes", "LaunchYourTunes", true},
+        {"prefShowTrackInfoWindowWhenSkippingTrack", "ShowTrackInfoWindowWhenSkippingTrack", true},
+        {"prefUseLastFM", "UseLastFM", false},
+        {"prefUseRatingNotifier", "UseRatingNotifier", false},
+        {"prefUseHotkeyListener", "UseHotkeyListener", false},
+        {"prefUseAutoLove", "UseAutoLove", true},
+        {"prefUseAutoLoveValue", "UseAutoLoveValue", 70},
+        {"prefLaunchAppMode", "LaunchMode", 1},
+        {"prefLaunchLyricsWindow", "LaunchLyricsWindow", false},
+        {"prefLaunchFunctionPool", "LaunchFunctionPool", false},
+    };
+}
+
+QMutex creationLock;
+AppPreferences *sharedInstance = nullptr;
+
+} // namespace
+
+AppPreferences::AppPreferences()
+    : PreferenceObject(generalSettings()),
+      prefAppSupportParentLocation_(OVApplication::ov_applicationSupportDirectoryURLForVersion())
+{
+    loadUserPreferencesDefaults();
+}
+
+AppPreferences *AppPreferences::sharedPreferences()
+{
+    QMutexLocker locker(&creationLock);
+    if (!sharedInstance) {
+        sharedInstance = new AppPreferences;
+        // Whichever thread asks first, the settings belong to the main thread.
+        if (QCoreApplication *app = QCoreApplication::instance(); app && app->thread() != QThread::currentThread())
+            sharedInstance->moveToThread(app->thread());
+    }
+    return sharedInstance;
+}
+
+QString AppPreferences::locationToPreferences(int number)
+{
+    switch (number) {
+    case 1:
+        return OVApplication::ov_applicationPreferencesURLForPlistTrackInfoWindow();
+    case 2:
+        return OVApplication::ov_applicationPreferencesURLForPlistLyricsWindow();
+    case 3:
+        return OVApplication::ov_applicationPreferencesURLForPlistLastFm();
+    case 4:
+        return OVApplication::ov_applicationPreferencesURLForPlistGeneral();
+    case 5:
+        return OVApplication::ov_applicationInfoURLForFileHidden();
+    case 6:
+        return OVApplication::ov_applicationInfoURLForFileLog();
+    case 7:
+        return OVApplication::ov_applicationPreferencesURLForPlistStatusItem();
+    case 8:
+        return OVApplication::ov_applicationPreferencesURLForPlistRating();
+    case 9:
+        return OVApplication::ov_applicationPreferencesURLForPlistKeyBindings();
+    default:
+        return {};
+    }
+}
+
+void AppPreferences::saveUserPreferences()
+{
+    try {
+        writeUserPreferences();
+    } catch (const std::exception &exception) {
+        ExceptionSink::logException(exception);
+        resetUserPreferences();
+    }
+    // A program set to organize mode is never a login item.
+    OVApplicationLogin::ov_setLaunchingAtLogin(prefLaunchMeOnLogin() && prefLaunchAppMode() == 1);
+    if (prefLaunchAppMode() == 2)
+        OVApplicationLogin::ov_setLaunchingAtLogin(false);
+}
+
+bool AppPreferences::deprecatedPreferencsConvert()
+{
+    return PreferencesMigration(*this).deprecatedPreferencsConvert();
+}
+
+void AppPreferences::setPrefDevErrorShowDialog(bool on)
+{
+    if (prefDevErrorShowDialog_ == on)
+        return;
+    prefDevErrorShowDialog_ = on;
+    emit devErrorChanged();
+}
+
+void AppPreferences::setPrefDevErrorWriteLogFile(bool on)
+{
+    if (prefDevErrorWriteLogFile_ == on)
+        return;
+    prefDevErrorWriteLogFile_ = on;
+    emit devErrorChanged();
+}

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "application/preferenceobject.h"
+
+// The general settings, "General".plist, and the one instance that knows where every other
+// settings file lives. Created on first use from any thread and never destroyed; its settings
+// are written on the main thread and read from the main and launch threads without a lock.
+// Creation loads the defaults only: the application controller migrates earlier settings and
+// then calls readUserPreferences() itself.
+class AppPreferences : public PreferenceObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString prefAppSupportParentLocation READ prefAppSupportParentLocation CONSTANT)
+    Q_PROPERTY(double prefStatusItemAnimationTimeIn READ prefStatusItemAnimationTimeIn CONSTANT)
+    Q_PROPERTY(double prefStatusItemAnimationTimeOut READ prefStatusItemAnimationTimeOut CONSTANT)
+    Q_PROPERTY(double prefWindowFadeTimeIn READ prefWindowFadeTimeIn CONSTANT)
+    Q_PROPERTY(double prefWindowFadeTimeOut READ prefWindowFadeTimeOut CONSTANT)
+    Q_PROPERTY(double prefViewFadeTime READ prefViewFadeTime CONSTANT)
+    Q_PROPERTY(double prefBorderHeight READ prefBorderHeight CONSTANT)
+
+    Q_PROPERTY(bool prefLaunchMeOnLogin READ prefLaunchMeOnLogin WRITE setPrefLaunchMeOnLogin NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefLaunchYourTunes READ prefLaunchYourTunes WRITE setPrefLaunchYourTunes NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefShowTrackInfoWindowWhenSkippingTrack READ prefShowTrackInfoWindowWhenSkippingTrack
+                   WRITE setPrefShowTrackInfoWindowWhenSkippingTrack NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefUseLastFM READ prefUseLastFM WRITE setPrefUseLastFM NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefUseRatingNotifier READ prefUseRatingNotifier WRITE setPrefUseRatingNotifier NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefUseHotkeyListener READ prefUseHotkeyListener WRITE setPrefUseHotkeyListener NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefUseAutoLove READ prefUseAutoLove WRITE setPrefUseAutoLove NOTIFY settingsChanged)
+    Q_PROPERTY(int prefUseAutoLoveValue READ prefUseAutoLoveValue WRITE setPrefUseAutoLoveValue NOTIFY settingsChanged)
+    Q_PROPERTY(int prefLaunchAppMode READ prefLaunchAppMode WRITE setPrefLaunchAppMode NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefLaunchLyricsWindow READ prefLaunchLyricsWindow WRITE setPrefLaunchLyricsWindow NOTIFY settingsChanged)
+    Q_PROPERTY(bool prefLaunchFunctionPool READ prefLaunchFunctionPool WRITE setPrefLaunchFunctionPool NOTIFY settingsChanged)
+
+    Q_PROPERTY(bool prefDevErrorShowDialog READ prefDevErrorShowDialog WRITE setPrefDevErrorShowDialog
+                   NOTIFY devErrorChanged)
+    Q_PROPERTY(bool prefDevErrorWriteLogFile READ prefDevErrorWriteLogFile WRITE setPrefDevErrorWriteLogFile
+                   NOTIFY devErrorChanged)
+
+public:
+    static AppPreferences *sharedPreferences();
+
+    // The settings files by number: 1 track info window, 2 lyrics window, 3 Last.fm,
+    // 4 general, 5 the cached server document, 6 the exception log, 7 status item, 8 rating,
+    // 9 key bindings. Empty for any other number or when the folder cannot be made.
+    static QString locationToPreferences(int number);
+    QString preferencesLocation() const override { return locationToPreferences(4); }
+
+    // Writes the file, then brings the login item into line with the launch settings; a file
+    // that cannot be built is logged and replaced by the defaults.
+    void saveUserPreferences() override;
+
+    // Carries the settings of version 3.5 over once; true when that happened.
+    bool deprecatedPreferencsConvert();
+
+    QString prefAppSupportParentLocation() const { return prefAppSupportParentLocation_; }
+    double prefStatusItemAnimationTimeIn() const { return 0.6; }
+    double prefStatusItemAnimationTimeOut() const { return 0.6; }
+    double prefWindowFadeTimeIn() const { return 0.08; }
+    double prefWindowFadeTimeOut() const { return 0.2; }
+    double prefViewFadeTime() const { return 0.2; }
+    double prefBorderHeight() const { return 44; }
+
+    bool prefLaunchMeOnLogin() const { return boolSetting("prefLaunchMeOnLogin"); }
+    void setPrefLaunchMeOnLogin(bool on) { setSetting(QStringLiteral("prefLaunchMeOnLogin"), on); }
+    bool prefLaunchYourTunes() const { return boolSetting("prefLaunchYourTunes"); }
+    void setPrefLaunchYourTunes(bool on) { setSetting(QStringLiteral("prefLaunchYourTunes"), on); }
+    bool prefShowTrackInfoWindowWhenSkippingTrack() const
+    {
+        return boolSetting("prefShowTrackInfoWindowWhenSkippingTrack");
+    }
+    void setPrefShowTrackInfoWindowWhenSkippingTrack(bool on)
+    {
+        setSetting(QStringLiteral("prefShowTrackInfoWindowWhenSkippingTrack"), on);
+    }
+    bool prefUseLastFM() const { return boolSetting("prefUseLastFM"); }
+    void setPrefUseLastFM(bool on) { setSetting(QStringLiteral("prefUseLastFM"), on); }
+    bool prefUseRatingNotifier() const { return boolSetting("prefUseRatingNotifier"); }
+    void setPrefUseRatingNotifier(bool on) { setSetting(QStringLiteral("prefUseRatingNotifier"), on); }
+    bool prefUseHotkeyListener() const { return boolSetting("prefUseHotkeyListener"); }
+    void setPrefUseHotkeyListener(bool on) { setSetting(QStringLiteral("prefUseHotkeyListener"), on); }
+    bool prefUseAutoLove() const { return boolSetting("prefUseAutoLove"); }
+    void setPrefUseAutoLove(bool on) { setSetting(QStringLiteral("prefUseAutoLove"), on); }
+    int prefUseAutoLoveValue() const { return int(integerSetting("prefUseAutoLoveValue")); }
+    void setPrefUseAutoLoveValue(int value) { setSetting(QStringLiteral("prefUseAutoLoveValue"), value); }
+    // 1 default mode, 2 organize mode.
+    int prefLaunchAppMode() const { return int(integerSetting("prefLaunchAppMode")); }
+    void setPrefLaunchAppMode(int mode) { setSetting(QStringLiteral("prefLaunchAppMode"), mode); }
+    bool prefLaunchLyricsWindow() const { return boolSetting("prefLaunchLyricsWindow"); }
+    void setPrefLaunchLyricsWindow(bool on) { setSetting(QStringLiteral("prefLaunchLyricsWindow"), on); }
+    bool prefLaunchFunctionPool() const { return boolSetting("prefLaunchFunctionPool"); }
+    void setPrefLaunchFunctionPool(bool on) { setSetting(QStringLiteral("prefLaunchFunctionPool"), on); }
+
+    // Switches of the exception log; false at each launch and stored nowhere.
+    bool prefDevErrorShowDialog() const { return prefDevErrorShowDialog_; }
+    void setPrefDevErrorShowDialog(bool on);
+    bool prefDevErrorWriteLogFile() const { return prefDevErrorWriteLogFile_; }
+    void setPrefDevErrorWriteLogFile(bool on);
+
+signals:
+    void devErrorChanged();
+
+private:
+    AppPreferences();
+
+    QString prefAppSupportParentLocation_;
+    bool prefDevErrorShowDialog_ = false;
+    bool prefDevErrorWriteLogFile_ = false;
+};

@@ -1,0 +1,68 @@
+#include "application/preferenceobject.h"
+
+#include "additions/exceptionsink.h"
+#include "additions/filewriting.h"
+#include "additions/propertylist.h"
+
+PreferenceObject::PreferenceObject(QList<Setting> settings, QObject *parent)
+    : QObject(parent), settings_(std::move(settings))
+{
+}
+
+void PreferenceObject::setSetting(const QString &property, const QVariant &value)
+{
+    const QVariant old = values_.value(property);
+    if (old.isValid() == value.isValid() && old == value && old.typeId() == value.typeId())
+        return;
+    values_.insert(property, value);
+    emit settingsChanged();
+}
+
+void PreferenceObject::loadUserPreferencesDefaults()
+{
+    for (const Setting &setting : settings_)
+        values_.insert(QLatin1String(setting.property), setting.defaultValue);
+    emit settingsChanged();
+}
+
+void PreferenceObject::readUserPreferences()
+{
+    try {
+        const QVariantMap file = PropertyList::readMap(preferencesLocation());
+        if (file.isEmpty()) {
+            resetUserPreferences();
+            return;
+        }
+        for (const Setting &setting : settings_)
+            values_.insert(QLatin1String(setting.property), file.value(QLatin1String(setting.key)));
+        emit settingsChanged();
+    } catch (const std::exception &exception) {
+        ExceptionSink::logException(exception);
+        resetUserPreferences();
+    }
+}
+
+void PreferenceObject::saveUserPreferences()
+{
+    try {
+        writeUserPreferences();
+    } catch (const std::exception &exception) {
+        ExceptionSink::logException(exception);
+    }
+}
+
+void PreferenceObject::resetUserPreferences()
+{
+    loadUserPreferencesDefaults();
+    saveUserPreferences();
+}
+
+void PreferenceObject::writeUserPreferences() const
+{
+    QVariantMap file;
+    for (const Setting &setting : settings_)
+        file.insert(QLatin1String(setting.key), values_.value(QLatin1String(setting.property)));
+    // Built first, so a null setting throws even when there is nowhere to write.
+    const QByteArray xml = PropertyList::toXml(file);
+    writeFileAtomically(preferencesLocation(), xml);
+}
