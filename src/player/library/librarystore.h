@@ -1,0 +1,149 @@
+#pragma once
+
+#include "player/library/audiofile.h"
+#include "player/library/librarydatabase.h"
+
+#include <QObject>
+#include <QRecursiveMutex>
+#include <QTimer>
+
+#include <optional>
+
+// The library's data: tracks, playlists and settings in the database, tags in the files.
+//
+// Threads: any thread may call; one recursive lock serialises every call, and the database
+// gives each thread its own connection. The track rows are cached in memory (loaded whole on
+// open, updated by every write made here), so reads cost no query. Another process writing the
+// same database is not seen until the library is opened again.
+//
+// File tags: a write to a property kept in files goes to the database and the cache at once
+// and is kept pending for its track; the file is saved once per track when
+//  - saveTrack() or saveAll() is called (the pool engine does so after each track),
+//  - the same thread writes a file tag of another track, or
+//  - the save timer fires, within a second, on the thread that made the store.
+// A save that fails restores the track's previous values in the database and the cache and
+// throws BridgeFailure (kBridgeErrorWriteFailed); from the timer, where no caller waits, the
+// failure goes to the exception sink and to tagSaveFailed().
+class LibraryStore : public QObject
+{
+    Q_OBJECT
+public:
+    // Throws BridgeFailure when the database cannot be opened or upgraded.
+    explicit LibraryStore(const QString &databasePath);
+    ~LibraryStore() override; // saves what is pending
+
+    LibraryDatabase &database() { return database_; }
+
+    // Tracks, by databaseID. Calls on a track that is gone throw kBridgeErrorNoSuchObject.
+    QList<qint64> trackIds();
+    bool hasTrack(qint64 id);
+    qint64 trackIdForPersistentID(const QString &persistentID);
+    qint64 trackIdForPath(const QString &path);
+    QVariant trackValue(qint64 id, Prop property);
+    void setTrackValue(qint64 id, Prop property, const QVariant &value);
+    void removeTrack(qint64 id);
+    QVariantMap storeMetadata(qint64 id);
+
+    void saveTrack(qint64 id);
+    void saveAll();
+
+    // Artworks: the pictures in the file, then a picture held beside the file ("cover.jpg",
+    // "folder.png" ... in its folder), which is the downloaded one.
+    struct Artwork
+    {
+        QByteArray data;
+        QString description;
+        bool downloaded = false;
+    };
+    QList<Artwork> artworks(qint64 id);
+    // Replaces the artwork at the index, or appends one when the index is past the end.
+    void setArtworkData(qint64 id, qsizetype index, const QByteArray &data);
+    void setArtworkDescription(qint64 id, qsizetype index, const QString &description);
+    void removeArtwork(qint64 id, qsizetype index);
+
+    // Files and folders (searched for audio files) into the library, and into a playlist
+    // unless 0. A file already in the library is not added again. Every refused file is
+    // named with the reason; the others are added in one transaction.
+    struct ImportResult
+    {
+        QList<qint64> added;
+        QList<QPair<QString, QString>> refused; // path, reason
+    };
+    ImportResult importPaths(const QStringList &paths, qint64 playlistId = 0);
+
+    // Playlists, by row id.
+    struct PlaylistRow
+    {
+        qint64 id = 0;
+        QString persistentID;
+        QString name;
+        FourCharCode specialKind = 0;
+        qint64 parent = 0;
+        bool smart = false;
+        bool shared = false;
+    };
+    qint64 libraryPlaylistId();
+    QList<qint64> userPlaylistIds(); // user and folder playlists in their order
+    std::optional<PlaylistRow> playlist(qint64 id);
+    qint64 playlistIdForPersistentID(const QString &persistentID);
+    QList<qint64> playlistTrackIds(qint64 id);
+    qint64 makePlaylist(const QString &name, bool folder, qsizetype index);
+    void renamePlaylist(qint64 id, const QString &name);
+    void addTracksToPlaylist(qint64 playlistId, const QList<qint64> &trackIds);
+    void removeTrackFromPlaylist(qint64 playlistId, qint64 trackId);
+    qint64 duplicatePlaylist(qint64 id, qint64 parent);
+    void movePlaylist(qint64 id, qint64 parent); // parent 0: the top level
+    void deletePlaylist(qint64 id);
+
+    QString sourcePersistentID();
+    QVariant setting(const QString &key);
+    void setSetting(const QString &key, const QVariant &value);
+
+    QStringList selection() const; // persistentIDs
+    void setSelection(const QStringList &persistentIDs);
+
+    void requestReveal(qint64 trackId);
+
+signals:
+    void tagSaveFailed(const QString &persistentID, const QString &message);
+    void revealRequested(const QString &persistentID);
+
+private:
+    struct TrackRow
+    {
+        QString persistentID;
+        QString path;
+        QList<QVariant> values; // in the order of trackColumns()
+    };
+    struct PendingSave
+    {
+        QThread *owner = nullptr;
+        QHash<Prop, QVariant> tags;
+        QHash<Prop, QVariant> originals;
+        std::optional<QList<EmbeddedPicture>> pictures;
+    };
+
+    void loadTracks(qint64 onlyId = 0); // all rows, or one new row
+    void appendToPlaylist(qint64 playlistId, const QList<qint64> &trackIds);
+    TrackRow &row(qint64 id);
+    void storeColumns(qint64 id, const QHash<Prop, QVariant> &values);
+    void relink(qint64 id, const QString &path);
+    PendingSave &pendingFor(qint64 id);
+    void saveOthersOfThisThread(qint64 id);
+    void flush(qint64 id); // throws after rolling back
+    void flushFromTimer();
+    QList<EmbeddedPicture> embeddedPictures(qint64 id);
+    QString sidecarArtworkPath(qint64 id);
+    QString newPersistentID();
+    QList<qint64> descendants(qint64 playlistId);
+
+    mutable QRecursiveMutex mutex_;
+    LibraryDatabase database_;
+    QHash<qint64, TrackRow> rows_;
+    QList<qint64> order_;
+    QHash<QString, qint64> byPersistentID_;
+    QHash<QString, qint64> byPath_;
+    QHash<qint64, PendingSave> pending_;
+    QStringList selection_;
+    QTimer saveTimer_;
+};
