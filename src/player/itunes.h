@@ -149,6 +149,16 @@ public:
     QList<ITunesArtwork> artworks() const;
     // The artwork at an index counted from 0; past the end a slot whose setData appends.
     ITunesArtwork artworkAt(qsizetype index) const;
+
+    // The auto-love settings, read afresh from the general preference file at every call, so a
+    // change counts here only once the general preferences are saved. An empty map when the
+    // file cannot be read or is empty.
+    static QVariantMap ov_generalPreferencesInfo();
+    // The value of a key if it has the wanted type; any number (boolean, integer or real)
+    // counts as every number type, as one number class would.
+    static QVariant ov_generalPreferencesInfoValueForKey(const QString &key, QMetaType andClass);
+    static bool ov_useAutoLovedRating(); // "UseAutoLove"
+    static qint64 ov_autoLovedRating();  // "UseAutoLoveValue", 0 to 100
 };
 
 class ITunesFileTrack : public ITunesTrack
@@ -330,4 +340,23 @@ public:
     // Adds files and folders to the library (and to the playlist, if not null); the tracks
     // made. Files that cannot be added are left out.
     QList<ITunesTrack> add(const QStringList &paths, const ITunesPlaylist &to = {}) const;
+
+    // Operations that make a fresh handle of their own per call, with no delegate, so they
+    // hold no state and fail silently.
+    static ITunesApplication ov_iTunesApplication();
+    static ITunesTrack ov_currentTrack(); // the specifier; null without a handle
+
+    // Love and rating of the playing track, with the auto-love rules when they are switched
+    // on: a rating decides love, love decides the rating. True when something was done.
+    static bool ov_toggleTrackLoved();
+    static bool ov_setCurrentTrackLoved(bool loved);
+    static bool ov_setCurrentTrackAutoLoved();
+    static bool ov_setCurrentTrackRating(qint64 rating);
+    static bool ov_setCurrentTrackAutoRating();
+    // The same for the playing track's album.
+    static bool ov_toggleAlbumLoved();
+    static bool ov_setCurrentAlbumLoved(bool loved);
+    static bool ov_setCurrentAlbumAutoLoved();
+    static bool ov_setCurrentAlbumRating(qint64 rating);
+    static bool ov_setCurrentAlbumAutoRating();
 };

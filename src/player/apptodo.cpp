@@ -1,0 +1,127 @@
+#include "player/apptodo.h"
+
+#include "player/itunes.h"
+#include "player/runningapplication.h"
+
+#include <algorithm>
+#include <mutex>
+
+namespace {
+
+std::mutex hooksMutex;
+AppToDo::AutoLoveSource autoLoveSource;
+AppToDo::LovedScrobbler lovedScrobbler;
+
+AppToDo::AutoLoveSource currentAutoLoveSource()
+{
+    std::lock_guard lock(hooksMutex);
+    return autoLoveSource;
+}
+
+AppToDo::LovedScrobbler currentLovedScrobbler()
+{
+    std::lock_guard lock(hooksMutex);
+    return lovedScrobbler;
+}
+
+} // namespace
+
+QString AppToDo::iTunesBundleIdentifier()
+{
+    return QStringLiteral("com.apple.iTunes");
+}
+
+bool AppToDo::isITunesRunning()
+{
+    return RunningApplication::ov_iTunesIsRunning();
+}
+
+bool AppToDo::openITunes()
+{
+    const PlayerBackendPtr backend = PlayerBackends::defaultBackend();
+    return backend && backend->launch();
+}
+
+// There is one player application here: the default backend stands for "com.apple.iTunes"
+// while it runs. No other identifier has a running application the program could follow.
+PlayerBackendPtr AppToDo::runningApplicationForApplicationWithBundleIdentifier(
+    const QString &bundleIdentifier)
+{
+    if (bundleIdentifier.isEmpty() || bundleIdentifier != iTunesBundleIdentifier())
+        return nullptr;
+    return RunningApplication::ov_iTunes();
+}
+
+bool AppToDo::toggleLovedForThePlayingTrack()
+{
+    ITunesApplication::ov_toggleTrackLoved();
+    scrobbleLoved();
+    return true;
+}
+
+bool AppToDo::setLovedForThePlayingTrack(bool loved)
+{
+    ITunesApplication::ov_setCurrentTrackLoved(loved);
+    scrobbleLoved();
+    return true;
+}
+
+bool AppToDo::setRatingForThePlayingTrack(qint64 rating)
+{
+    ITunesApplication::ov_setCurrentTrackRating(rating);
+    scrobbleLoved();
+    return true;
+}
+
+bool AppToDo::toggleLovedForThePlayingAlbum()
+{
+    return ITunesApplication::ov_toggleAlbumLoved();
+}
+
+bool AppToDo::setLovedForThePlayingAlbum(bool loved)
+{
+    return ITunesApplication::ov_setCurrentAlbumLoved(loved);
+}
+
+bool AppToDo::setRatingForThePlayingAlbum(qint64 rating)
+{
+    return ITunesApplication::ov_setCurrentAlbumRating(rating);
+}
+
+bool AppToDo::scrobbleLoved()
+{
+    const LovedScrobbler scrobbler = currentLovedScrobbler();
+    if (!scrobbler.ready || !scrobbler.send || !scrobbler.ready())
+        return false;
+    if (RunningApplication::ov_iTunesIsPlayingBeats1())
+        return false;
+    const ITunesTrack track = ITunesApplication::ov_currentTrack().get();
+    if (!track)
+        return false;
+    scrobbler.send(track.loved());
+    return true;
+}
+
+bool AppToDo::autoLoveUse()
+{
+    const AutoLoveSource source = currentAutoLoveSource();
+    return source.use && source.use();
+}
+
+qint64 AppToDo::autoLoveValue()
+{
+    const AutoLoveSource source = currentAutoLoveSource();
+    return source.value ? std::clamp<qint64>(source.value(), 0, 100) : 0;
+}
+
+void AppToDo::setAutoLoveSource(AutoLoveSource source)
+{
+    std::lock_guard lock(hooksMutex);
+    autoLoveSource = std::move(source);
+}
+
+void AppToDo::setLovedScrobbler(LovedScrobbler scrobbler)
+{
+    std::lock_guard lock(hooksMutex);
+    lovedScrobbler = std::move(scrobbler);
+}

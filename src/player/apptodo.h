@@ -1,0 +1,53 @@
+#pragma once
+
+#include "player/playerbackend.h"
+
+#include <QString>
+
+#include <functional>
+
+// Class-level operations with no state of their own, reached from every part of the program.
+// Each group below lives in a source file of its own; add new groups the same way.
+class AppToDo
+{
+public:
+    // --- The player as a process (apptodo.cpp).
+    static QString iTunesBundleIdentifier(); // "com.apple.iTunes"
+    static bool isITunesRunning();
+    // Asks the default backend to start the player, without bringing it to the front; false
+    // when there is no backend or it cannot launch one.
+    static bool openITunes();
+    static PlayerBackendPtr runningApplicationForApplicationWithBundleIdentifier(
+        const QString &bundleIdentifier);
+
+    // --- Love and rating of the playing track, the user's entry points (apptodo.cpp).
+    static bool toggleLovedForThePlayingTrack();
+    static bool setLovedForThePlayingTrack(bool loved);
+    static bool setRatingForThePlayingTrack(qint64 rating);
+    static bool toggleLovedForThePlayingAlbum();
+    static bool setLovedForThePlayingAlbum(bool loved);
+    static bool setRatingForThePlayingAlbum(qint64 rating);
+    // Tells Last.fm whether the playing track is loved. False without a ready scrobbler, while
+    // Beats 1 plays or without a current track.
+    static bool scrobbleLoved();
+    // The auto-love settings of the shared application preferences; false and 0 until the
+    // application installs its source. The value is clamped to 0 to 100.
+    static bool autoLoveUse();
+    static qint64 autoLoveValue();
+
+    // --- Hooks the application controller installs at start, so that this module needs
+    // neither the preferences nor the scrobbler (both live above it). Safe from any thread.
+    struct AutoLoveSource
+    {
+        std::function<bool()> use;     // prefUseAutoLove
+        std::function<qint64()> value; // prefUseAutoLoveValue
+    };
+    static void setAutoLoveSource(AutoLoveSource source);
+
+    struct LovedScrobbler
+    {
+        std::function<bool()> ready;           // a scrobbler exists and yourScrobbleState is 1
+        std::function<void(bool loved)> send;  // loveCurrentTrack or unloveCurrentTrack
+    };
+    static void setLovedScrobbler(LovedScrobbler scrobbler);
+};
