@@ -109,7 +109,7 @@ QString timeText(double seconds)
 FourCharCode imageFormat(const QByteArray &bytes)
 {
     if (bytes.startsWith("\x89PNG"))
-        return fourCharCode("PNG ");
+        return fourCharCode("PNGf");
     if (bytes.startsWith("\xFF\xD8"))
         return fourCharCode("JPEG");
     return 0;

@@ -102,7 +102,7 @@ TEST_F(MemoryPlayerBehaviourTest, ArtworkSlotPastTheEndAppends)
     slot.setData(blue);
     ASSERT_EQ(handle.artworks().size(), 2);
     EXPECT_EQ(handle.artworks().at(1).data().size(), QSize(2, 2));
-    EXPECT_EQ(handle.artworks().at(0).format(), fourCharCode("PNG "));
+    EXPECT_EQ(handle.artworks().at(0).format(), fourCharCode("PNGf"));
     EXPECT_EQ(handle.artworkAt(0).data().pixelColor(0, 0), QColor(Qt::red));
 }
 
