@@ -11,6 +11,7 @@
 #include <mutex>
 
 // Finds the library's track for a file the player plays; null when the library has none.
+// Called on the main thread for notifications and on any thread that reads the current track.
 using MprisTrackResolver = std::function<RemoteObjectPtr(const QString &filePath)>;
 
 // Follows one MPRIS player on the bus: the configured name, or else the first
