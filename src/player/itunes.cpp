@@ -1,5 +1,7 @@
 #include "player/itunes.h"
 
+#include "additions/ovexception.h"
+
 ITunesItem ITunesItem::duplicateTo(const ScriptingObject &target) const
 {
     return wrap<ITunesItem>(guarded(QStringLiteral("duplicateTo"), RemoteObjectPtr(),
@@ -14,6 +16,18 @@ ITunesItem ITunesItem::moveTo(const ScriptingObject &target) const
                                     [&](RemoteObject &object) {
                                         return object.moveTo(target.remoteObject());
                                     }));
+}
+
+void ITunesTrack::saveTags() const
+{
+    if (!object_)
+        return;
+    try {
+        object_->perform(Command::saveTags);
+    } catch (const BridgeFailure &failure) {
+        throw OVException(failure.error().domain, failure.error().message,
+                          {{QStringLiteral("code"), failure.error().code}});
+    }
 }
 
 QList<ITunesArtwork> ITunesTrack::artworks() const

@@ -146,6 +146,11 @@ public:
     qint64 databaseID() const { return integer(Prop::databaseID); }
     QVariantMap storeMetadata() const { return value(Prop::storeMetadata).toMap(); }
 
+    // Writes the pending file tag changes of this track now. Unlike every other call this one
+    // raises: a failed save throws OVException (the backend has rolled the track back), so the
+    // organizer can log it against the track.
+    void saveTags() const;
+
     QList<ITunesArtwork> artworks() const;
     // The artwork at an index counted from 0; past the end a slot whose setData appends.
     ITunesArtwork artworkAt(qsizetype index) const;

@@ -202,6 +202,8 @@ void MemoryObject::perform(Command command)
         player_->lastRevealed_ = self;
     else if (command == Command::deleteItem)
         player_->removeLocked(self);
+    else if (command == Command::saveTags && isTrackClass(class_))
+        return; // values are stored at once: nothing is pending
     else
         unsupported(class_, commandName(command));
 }

@@ -124,6 +124,7 @@ QString commandName(Command command)
     case Command::activate: return QStringLiteral("activate");
     case Command::reveal: return QStringLiteral("reveal");
     case Command::deleteItem: return QStringLiteral("delete");
+    case Command::saveTags: return QStringLiteral("saveTags");
     }
     return {};
 }

@@ -76,9 +76,11 @@ enum class Prop {
 
 QString propertyName(Prop property); // the scripting name, "rating", "albumArtist" ...
 
-// Commands that take no argument, on the application or on an item.
+// Commands that take no argument, on the application or on an item. saveTags writes a track's
+// pending file tag changes now (a backend that stores at once has nothing to do).
 enum class Command {
     playpause, nextTrack, backTrack, fastForward, rewind, resume, activate, reveal, deleteItem,
+    saveTags,
 };
 
 QString commandName(Command command);
