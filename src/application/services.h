@@ -1,0 +1,207 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+
+#include <memory>
+
+// The services and windows the application controller owns and calls, as far as it calls them.
+// Each is created through ServiceFactory; a null object means "absent", and the controller
+// skips every call on it.
+
+// The player controller in the status strip.
+class TuneController
+{
+public:
+    virtual ~TuneController() = default;
+
+    virtual bool yourControllerIsVissible() const = 0;
+    virtual void setYourControllerIsVissible(bool visible) = 0;
+    // 0 nothing, 1 the user just set a rating in the controller.
+    virtual int yourControllerLastAction() const = 0;
+    virtual void setYourControllerLastAction(int action) = 0;
+    virtual bool yourLyricsWindowWasHiddenByController() const = 0;
+    virtual void setYourLyricsWindowWasHiddenByController(bool hidden) = 0;
+
+    // True when the controller must not be shown for what plays now.
+    virtual bool checkIfTheControllerShouldBeHide(bool updateObservers) = 0;
+    virtual void showControlls(bool force, bool fadeIn) = 0;
+    virtual void hideControlls(bool hide, bool fadeOut) = 0;
+    // 1 shows play, 2 shows pause, 3 shows stop.
+    virtual void switchPlayButtonStatusTo(int state) = 0;
+    virtual void updateControllerRating() = 0;
+    virtual void emptyControllerRating() = 0;
+    virtual void fadeTuneControllerOut() = 0;
+    // The screen point from which dependent windows hang.
+    virtual QPoint currentPosition() const = 0;
+};
+
+class LastFMScrobbler
+{
+public:
+    virtual ~LastFMScrobbler() = default;
+
+    virtual void scrobbleTrack() = 0;
+    virtual void scrobbleSubmission() = 0;
+    virtual void scrobbleClean() = 0;
+    virtual void scrobbleTrackNow() = 0;
+    virtual bool isSessionKeyValid() const = 0;
+    // prefUserName of the scrobbler's own preferences.
+    virtual QString prefUserName() const = 0;
+    // What loving a track from the controller or a hotkey needs (1 means ready).
+    virtual int yourScrobbleState() const = 0;
+    virtual void loveCurrentTrack() = 0;
+    virtual void unloveCurrentTrack() = 0;
+};
+
+class RatingNotifierController
+{
+public:
+    virtual ~RatingNotifierController() = default;
+    virtual void ratingNotifierTimerFire() = 0;
+    virtual void ratingNotifierTimerCancel() = 0;
+};
+
+class HotkeyListener
+{
+public:
+    virtual ~HotkeyListener() = default;
+    virtual void startListener() = 0;
+};
+
+// Made fresh for every player notification and for each clean-up.
+class OVCurrentTrackAction
+{
+public:
+    virtual ~OVCurrentTrackAction() = default;
+    virtual void run() = 0;
+    virtual void cleanup() = 0;
+};
+
+// What every window controller answers. A window controller calls killTargetWindow() of the
+// application controller when its window closes.
+class WindowController
+{
+public:
+    virtual ~WindowController() = default;
+    virtual void showWindow() = 0;
+    virtual void makeKeyAndOrderFront() = 0;
+    // Shows the window without taking the focus.
+    virtual void orderFrontRegardless() = 0;
+    virtual bool isWindowVisible() const = 0;
+    virtual void closeWindow() = 0;
+};
+
+class TrackInfoWindowController : public WindowController
+{
+public:
+    virtual void updateTrackInformations(int option) = 0;
+    virtual void closeTrackInfoWindow() = 0;
+    virtual void updateWindowPosition() = 0;
+    // Settings of the window's own preferences object.
+    virtual void setPrefDisplayTime(double seconds) = 0;
+    virtual void setPrefFadeTimeOut(double seconds) = 0;
+};
+
+class TrackLyricsWindowController : public WindowController
+{
+public:
+    virtual void updateTrackInformations() = 0;
+    virtual void emptyTrackInformations() = 0;
+    virtual void closeTrackLyricsWindow() = 0;
+    virtual void openTrackLyricsWindow() = 0;
+};
+
+class FunctionPoolWindowController : public WindowController
+{
+public:
+    virtual void openFunctionPoolMainWindow() = 0;
+    virtual void closeFunctionPoolMainWindow() = 0;
+};
+
+class TuneControllerNavigatonWindowController : public WindowController
+{
+public:
+    virtual void openNavigationWindow() = 0;
+    virtual void closeNavigationWindow() = 0;
+    virtual void updateWindowPosition() = 0;
+};
+
+class AppPreferencesWindowController : public WindowController
+{
+public:
+    virtual void openPreferencesWindow() = 0;
+    virtual void closePreferencesWindow() = 0;
+    virtual void switchToView(int view) = 0;
+    virtual void showNeedsAuthoForLastFMMessage() = 0;
+};
+
+class AppLicenseWindowController : public WindowController
+{
+};
+
+// The program's server and links: the cached server document and the web addresses it names.
+class AppLinks
+{
+public:
+    virtual ~AppLinks() = default;
+    // 1 document fetched and valid, 0 an answer that is not "OK", -1 unreachable or no answer.
+    virtual int checkRequestDownload() = 0;
+    // 0 means this version must not run.
+    virtual int checkApplicationLaunch() = 0;
+    // 0 when no newer version is known.
+    virtual int checkApplicationUpdate() = 0;
+    // Option: 1 support the project, 2 feedback, 3 help, 4 a Last.fm user page,
+    // 5 unsupported system, 6 social profile. A null address takes the one the option names.
+    virtual void openWebsite(const QString &address, int option) = 0;
+    // 1 player started by default mode, 2 player already running, 3 started by organize mode.
+    virtual void openAffLinkWithOption(int option) = 0;
+};
+
+// Creates the controller's services and windows. Whatever is not built yet comes back null.
+class ServiceFactory
+{
+public:
+    virtual ~ServiceFactory() = default;
+
+    virtual std::shared_ptr<TuneController> createTuneController() = 0;
+    virtual std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() = 0;
+    // prefUserName of a fresh Last.fm preferences object, for when no scrobbler exists.
+    virtual QString lastFMPreferencesUserName() = 0;
+    virtual std::shared_ptr<RatingNotifierController> createRatingNotifierController() = 0;
+    virtual std::shared_ptr<HotkeyListener> createHotkeyListener() = 0;
+    virtual std::shared_ptr<OVCurrentTrackAction> createCurrentTrackAction() = 0;
+    virtual std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() = 0;
+    virtual std::shared_ptr<TrackLyricsWindowController> createTrackLyricsWindowController() = 0;
+    virtual std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() = 0;
+    virtual std::shared_ptr<TuneControllerNavigatonWindowController> createNavigationWindowController() = 0;
+    virtual std::shared_ptr<AppPreferencesWindowController> createPreferencesWindowController() = 0;
+    virtual std::shared_ptr<AppLicenseWindowController> createLicenseWindowController() = 0;
+    virtual std::shared_ptr<AppLinks> createAppLinks() = 0;
+};
+
+// The factory of the program as far as it is built: a placeholder controller that is always
+// visible stands in for the status strip, and everything else is absent.
+class ProgramServiceFactory : public ServiceFactory
+{
+public:
+    std::shared_ptr<TuneController> createTuneController() override;
+    std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
+    QString lastFMPreferencesUserName() override { return {}; }
+    std::shared_ptr<RatingNotifierController> createRatingNotifierController() override { return nullptr; }
+    std::shared_ptr<HotkeyListener> createHotkeyListener() override { return nullptr; }
+    std::shared_ptr<OVCurrentTrackAction> createCurrentTrackAction() override { return nullptr; }
+    std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() override { return nullptr; }
+    std::shared_ptr<TrackLyricsWindowController> createTrackLyricsWindowController() override { return nullptr; }
+    std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() override { return nullptr; }
+    std::shared_ptr<TuneControllerNavigatonWindowController> createNavigationWindowController() override
+    {
+        return nullptr;
+    }
+    std::shared_ptr<AppPreferencesWindowController> createPreferencesWindowController() override
+    {
+        return nullptr;
+    }
+    std::shared_ptr<AppLicenseWindowController> createLicenseWindowController() override { return nullptr; }
+    std::shared_ptr<AppLinks> createAppLinks() override { return nullptr; }
+};
