@@ -632,7 +632,7 @@ void LibraryStore::appendToPlaylist(qint64 playlistId, const QList<qint64> &trac
     const std::optional<PlaylistRow> list = playlist(playlistId);
     if (!list)
         noSuchObject(QStringLiteral("playlist"));
-    if (list->specialKind == kSpL)
+    if (list->specialKind == kSpL || trackIds.isEmpty())
         return; // every track is in the library playlist
     if (list->specialKind == kSpF || list->smart)
         throwBridgeFailure(kBridgeErrorUnsupported,

@@ -82,7 +82,7 @@ int trackColumnIndex(Prop property)
 QVariant columnValueToSql(ColumnType type, const QVariant &value)
 {
     switch (type) {
-    case ColumnType::Text: return value.toString();
+    case ColumnType::Text: return value.toString().isNull() ? QStringLiteral("") : value.toString();
     case ColumnType::Integer: return value.toLongLong();
     case ColumnType::Real: return value.toDouble();
     case ColumnType::Boolean: return value.toBool() ? 1 : 0;
