@@ -235,7 +235,6 @@ void AudioFile::setTags(const QHash<Prop, QVariant> &values)
         return;
     TagLib::File *file = file_->file();
     TagLib::PropertyMap map = file->properties();
-    const QHash<Prop, QVariant> current = tags();
     for (auto it = values.begin(); it != values.end(); ++it) {
         const char *key = tagKeys().value(it.key());
         if (!key)
@@ -246,9 +245,12 @@ void AudioFile::setTags(const QHash<Prop, QVariant> &values)
                            : type == ColumnType::Boolean ? (it.value().toBool() ? "1" : "")
                                                          : numberText(it.value().toLongLong()));
     }
+    QHash<Prop, QVariant> current;
     for (const NumberPair &pair : kNumberPairs) {
         if (!values.contains(pair.number) && !values.contains(pair.count))
             continue;
+        if (current.isEmpty())
+            current = tags();
         const qint64 number = values.value(pair.number, current.value(pair.number)).toLongLong();
         const qint64 count = values.value(pair.count, current.value(pair.count)).toLongLong();
         setValue(map, pair.key,

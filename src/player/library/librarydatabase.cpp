@@ -105,6 +105,8 @@ LibraryDatabase::LibraryDatabase(QString path, int targetVersion)
 LibraryDatabase::~LibraryDatabase()
 {
     QMutexLocker locker(&connectionsMutex_);
+    for (const QMetaObject::Connection &watch : std::as_const(threadWatches_))
+        QObject::disconnect(watch);
     queries_.clear();
     for (const QString &name : std::as_const(connections_)) {
         QSqlDatabase::database(name, false).close();
@@ -133,12 +135,13 @@ QSqlDatabase LibraryDatabase::connection()
     QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys=ON"));
     connections_.insert(thread, name);
     // A thread that ends takes its connection with it.
-    QObject::connect(thread, &QThread::finished, thread, [this, thread, name] {
+    threadWatches_[thread] = QObject::connect(thread, &QThread::finished, thread, [this, thread, name] {
         QMutexLocker locker(&connectionsMutex_);
         if (connections_.value(thread) != name)
             return;
         queries_.remove(thread);
         connections_.remove(thread);
+        threadWatches_.remove(thread);
         QSqlDatabase::database(name, false).close();
         QSqlDatabase::removeDatabase(name);
     }, Qt::DirectConnection);

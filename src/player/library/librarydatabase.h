@@ -40,6 +40,7 @@ private:
     QString connectionPrefix_;
     QMutex connectionsMutex_;
     QHash<QThread *, QString> connections_;
+    QHash<QThread *, QMetaObject::Connection> threadWatches_;
     QHash<QThread *, QHash<QString, QSqlQuery>> queries_;
 };
 

@@ -88,12 +88,12 @@ LibraryStore::~LibraryStore()
     }
 }
 
-void LibraryStore::loadTracks(qint64 onlyId)
+void LibraryStore::loadTracks(qint64 fromId)
 {
     const QString statement =
         QStringLiteral("SELECT id, persistentID, path, %1 FROM tracks %2 ORDER BY id")
             .arg(columnList(storedColumnNames()),
-                 onlyId ? QStringLiteral("WHERE id = %1").arg(onlyId) : QString());
+                 fromId ? QStringLiteral("WHERE id >= %1").arg(fromId) : QString());
     QSqlQuery query(database_.connection());
     query.setForwardOnly(true);
     if (!query.exec(statement))
@@ -295,7 +295,7 @@ void LibraryStore::flush(qint64 id)
         throwBridgeFailure(kBridgeErrorWriteFailed,
                            QStringLiteral("cannot save the tags of %1: %2").arg(path, problem));
     }
-    QHash<Prop, QVariant> changed = factValues(AudioFile(path).facts());
+    QHash<Prop, QVariant> changed = factValues(file.facts());
     changed.insert(Prop::modificationDate, QDateTime::currentDateTimeUtc());
     storeColumns(id, changed);
 }
@@ -501,8 +501,8 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
     }
 
     // Read back, so the cache holds the database's defaults too.
-    for (qint64 id : ids)
-        loadTracks(id);
+    if (!ids.isEmpty())
+        loadTracks(ids.first());
     result.added = ids;
     return result;
 }

@@ -123,7 +123,7 @@ private:
         std::optional<QList<EmbeddedPicture>> pictures;
     };
 
-    void loadTracks(qint64 onlyId = 0); // all rows, or one new row
+    void loadTracks(qint64 fromId = 0); // all rows, or the rows just added
     void appendToPlaylist(qint64 playlistId, const QList<qint64> &trackIds);
     TrackRow &row(qint64 id);
     void storeColumns(qint64 id, const QHash<Prop, QVariant> &values);

@@ -2,12 +2,16 @@
 
 #include "player/itunes.h"
 #include "player/library/librarybackend.h"
+#include "player/library/audiofile.h"
 #include "player/library/librarydatabase.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QImage>
 #include <QSqlQuery>
+#include <QDeadlineTimer>
 #include <QTemporaryDir>
+#include <QThread>
 
 namespace {
 
@@ -223,8 +227,43 @@ TEST_F(LibraryTest, SelectionAndStoreValues)
     ASSERT_EQ(app.selection().size(), 1);
     EXPECT_TRUE(app.selection().first().isSameObject(track));
     EXPECT_TRUE(track.storeMetadata().isEmpty());
+
+    QProcess python;
+    python.start("/usr/bin/python3", {"-c", "import sys, mutagen.mp4 as m; f = m.MP4(sys.argv[1]); "
+                                            "f['apID'] = ['me@example.org']; f['rtng'] = [4]; f.save()",
+                                      track.location()});
+    ASSERT_TRUE(python.waitForFinished(30000) && python.exitCode() == 0);
+    const QVariantMap store = track.storeMetadata();
+    EXPECT_EQ(store.value("itsk/apID").toString(), "me@example.org");
+    EXPECT_EQ(store.value("itsk/rtng").toLongLong(), 4);
+    EXPECT_FALSE(store.contains("itsk/ownr"));
     EXPECT_EQ(track.persistentID().size(), 16);
     EXPECT_GT(track.databaseID(), 0);
+}
+
+TEST_F(LibraryTest, WorkerSavesPerTrackAndOtherWritersWithinASecond)
+{
+    const ITunesFileTrack mainTrack = addOne("main.ogg");
+    const ITunesFileTrack workerTrack = addOne("worker.mp3");
+    const auto fileName = [](const ITunesFileTrack &track) {
+        return AudioFile(track.location()).tags().value(Prop::name).toString();
+    };
+
+    QThread *worker = QThread::create([&] {
+        workerTrack.setName(QStringLiteral("From the worker"));
+        backend->saveTrack(workerTrack.persistentID());
+    });
+    worker->start();
+    ASSERT_TRUE(worker->wait(QDeadlineTimer(30000)));
+    delete worker;
+    EXPECT_EQ(fileName(workerTrack), QStringLiteral("From the worker"));
+
+    mainTrack.setName(QStringLiteral("From the main thread"));
+    EXPECT_EQ(fileName(mainTrack), QString()); // gathered, not yet saved
+    QDeadlineTimer deadline(5000);
+    while (fileName(mainTrack).isEmpty() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    EXPECT_EQ(fileName(mainTrack), QStringLiteral("From the main thread"));
 }
 
 } // namespace
