@@ -57,6 +57,14 @@ const QHash<Prop, const char *> &tagKeys()
     return keys;
 }
 
+// MP4 keeps the short description in "desc", which TagLib names PODCASTDESC.
+const char *tagKey(Prop property, TagLib::File *file)
+{
+    if (property == Prop::objectDescription && dynamic_cast<TagLib::MP4::File *>(file))
+        return "PODCASTDESC";
+    return tagKeys().value(property);
+}
+
 struct NumberPair
 {
     Prop number;
@@ -211,7 +219,7 @@ QHash<Prop, QVariant> AudioFile::tags() const
     for (const TrackColumn &column : trackColumns()) {
         if (column.storage != TrackStorage::File)
             continue;
-        const char *key = tagKeys().value(column.property);
+        const char *key = tagKey(column.property, file_->file());
         const QString text = key ? firstValue(map, key) : QString();
         switch (column.type) {
         case ColumnType::Text: values.insert(column.property, text); break;
@@ -236,7 +244,7 @@ void AudioFile::setTags(const QHash<Prop, QVariant> &values)
     TagLib::File *file = file_->file();
     TagLib::PropertyMap map = file->properties();
     for (auto it = values.begin(); it != values.end(); ++it) {
-        const char *key = tagKeys().value(it.key());
+        const char *key = tagKey(it.key(), file);
         if (!key)
             continue;
         const int index = trackColumnIndex(it.key());
