@@ -1,0 +1,103 @@
+#include "player/apptodo.h"
+#include "pool/systemversion.h"
+
+#include <QGuiApplication>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using FileType = AppToDo::BitmapImageFileType;
+
+// CTest lists the cases by running the executable without the test environment, and the
+// graphical application of this executable needs a platform even for that.
+const bool kOffscreenPlatform = [] {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    return true;
+}();
+
+TEST(ImageType, ByTheFirstByteAlone)
+{
+    const struct
+    {
+        QByteArray data;
+        QString type;
+        FileType storage;
+    } rows[] = {
+        {"\xFF\xD8\xFF", "image/jpeg", FileType::JPEG}, {"\x89PNG", "image/png", FileType::PNG},
+        {"GIF89a", "image/gif", FileType::GIF},          {"II*", "image/tiff", FileType::TIFF},
+        {"MM", "image/tiff", FileType::TIFF},            {"\xFF", "image/jpeg", FileType::JPEG},
+        {"BM", {}, FileType::PNG},                       {{}, {}, FileType::PNG},
+        {"gif", {}, FileType::PNG},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(AppToDo::contentTypeForImageData(row.data), row.type) << row.data.toHex().constData();
+        EXPECT_EQ(AppToDo::contentStorageTypeForImageData(row.data), row.storage);
+    }
+}
+
+TEST(ModifierMasks, FourModifierBitsAndTheirRegistrationLayout)
+{
+    const struct
+    {
+        quint64 flags, clean, carbon;
+    } rows[] = {
+        {0x020000, 0x020000, 0x0200}, {0x040000, 0x040000, 0x1000},
+        {0x080000, 0x080000, 0x0800}, {0x100000, 0x100000, 0x0100},
+        {0x1E0000, 0x1E0000, 0x1B00}, {0x010000 | 0x200000 | 0x100 | 0x120000, 0x120000, 0x0300},
+        {0, 0, 0},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(AppToDo::cleanModifierMask(row.flags), row.clean) << std::hex << row.flags;
+        EXPECT_EQ(AppToDo::carbonModifierMask(row.flags), row.carbon) << std::hex << row.flags;
+    }
+}
+
+TEST(SystemVersion, LeadingNumbersAsThreeParts)
+{
+    const std::pair<QString, QString> rows[] = {
+        {"12", "12.0.0"},   {"22.04", "22.4.0"},     {"6.1.0-18-amd64", "6.1.0"},
+        {"1.2.3.4", "1.2.3"}, {"unknown", "0.0.0"},  {"", "0.0.0"}, {"3.x", "3.0.0"},
+    };
+    for (const auto &[text, version] : rows)
+        EXPECT_EQ(versionTripleFromText(text), version) << text.toStdString();
+    EXPECT_TRUE(QRegularExpression("^\\d+\\.\\d+\\.\\d+$").match(AppToDo::operatingSystemVersionString()).hasMatch());
+}
+
+TEST(DisplayFlash, CoversEveryScreenWhileItLastsAndLeavesNothing)
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    ASSERT_FALSE(screens.isEmpty());
+    int mostWindows = 0;
+    double highestOpacity = 0;
+    bool coversScreens = true;
+    QTimer sampler;
+    QObject::connect(&sampler, &QTimer::timeout, [&] {
+        QList<QWindow *> visible;
+        for (QWindow *window : QGuiApplication::topLevelWindows())
+            if (window->isVisible())
+                visible.append(window);
+        mostWindows = std::max(mostWindows, int(visible.size()));
+        for (QWindow *window : visible) {
+            highestOpacity = std::max(highestOpacity, window->opacity());
+            coversScreens = coversScreens && window->geometry() == window->screen()->geometry();
+        }
+    });
+    sampler.start(5);
+    AppToDo::flashDisplays();
+    sampler.stop();
+
+    EXPECT_EQ(mostWindows, screens.size());
+    EXPECT_TRUE(coversScreens);
+    EXPECT_GT(highestOpacity, 0.0);
+    EXPECT_LE(highestOpacity, 1.0);
+    for (QWindow *window : QGuiApplication::topLevelWindows())
+        EXPECT_FALSE(window->isVisible());
+}
+
+} // namespace
