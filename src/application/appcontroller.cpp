@@ -465,33 +465,34 @@ void AppController::clickNavigationMenu()
     }
 }
 
+// A missing window is made and shown, a visible one comes to the front, a hidden one opens.
+template <class Window, class Create, class Open>
+void AppController::bringUpWindow(std::shared_ptr<Window> &field, Create create, Open open)
+{
+    if (!field) {
+        field = (factory_.*create)();
+        if (field)
+            field->showWindow();
+    } else if (field->isWindowVisible()) {
+        field->makeKeyAndOrderFront();
+    } else {
+        (field.get()->*open)();
+    }
+}
+
 void AppController::clickNavigationMenuFunctionPool()
 {
     ui_.activateApplication();
-    if (!yourFunctionPoolWindowController_) {
-        yourFunctionPoolWindowController_ = factory_.createFunctionPoolWindowController();
-        if (yourFunctionPoolWindowController_)
-            yourFunctionPoolWindowController_->showWindow();
-    } else if (yourFunctionPoolWindowController_->isWindowVisible()) {
-        yourFunctionPoolWindowController_->makeKeyAndOrderFront();
-    } else {
-        yourFunctionPoolWindowController_->openFunctionPoolMainWindow();
-    }
+    bringUpWindow(yourFunctionPoolWindowController_, &ServiceFactory::createFunctionPoolWindowController,
+                  &FunctionPoolWindowController::openFunctionPoolMainWindow);
 }
 
 void AppController::clickNavigationMenuShowLyrics()
 {
-    if (!yourTrackLyricsWindowController_) {
-        yourTrackLyricsWindowController_ = factory_.createTrackLyricsWindowController();
-        if (yourTrackLyricsWindowController_)
-            yourTrackLyricsWindowController_->showWindow();
-        return;
-    }
-    ui_.activateApplication();
-    if (yourTrackLyricsWindowController_->isWindowVisible())
-        yourTrackLyricsWindowController_->makeKeyAndOrderFront();
-    else
-        yourTrackLyricsWindowController_->openTrackLyricsWindow();
+    if (yourTrackLyricsWindowController_)
+        ui_.activateApplication();
+    bringUpWindow(yourTrackLyricsWindowController_, &ServiceFactory::createTrackLyricsWindowController,
+                  &TrackLyricsWindowController::openTrackLyricsWindow);
 }
 
 void AppController::clickNavigationMenuEnableDisableLastFM()
@@ -519,15 +520,8 @@ void AppController::chooseOptionPreferences()
         return;
     }
     ui_.activateApplication();
-    if (!yourAppPreferencesWindowController_) {
-        yourAppPreferencesWindowController_ = factory_.createPreferencesWindowController();
-        if (yourAppPreferencesWindowController_)
-            yourAppPreferencesWindowController_->showWindow();
-    } else if (yourAppPreferencesWindowController_->isWindowVisible()) {
-        yourAppPreferencesWindowController_->makeKeyAndOrderFront();
-    } else {
-        yourAppPreferencesWindowController_->openPreferencesWindow();
-    }
+    bringUpWindow(yourAppPreferencesWindowController_, &ServiceFactory::createPreferencesWindowController,
+                  &AppPreferencesWindowController::openPreferencesWindow);
 }
 
 void AppController::openPreferencesWindowWithTargetView(int view)

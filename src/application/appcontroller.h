@@ -113,6 +113,8 @@ public:
 private:
     template <class Body>
     void guarded(Body body);
+    template <class Window, class Create, class Open>
+    void bringUpWindow(std::shared_ptr<Window> &field, Create create, Open open);
     void releaseLater(std::shared_ptr<void> object);
     void installHooks();
     void removeHooks();
