@@ -1,6 +1,7 @@
 // orvane-cli: the command-line front end. Each command lives in a file of its own; this only
 // dispatches on the first argument.
 #include "cli/librarycommand.h"
+#include "cli/organizecommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -14,6 +15,7 @@ int main(int argc, char *argv[])
 
     const QHash<QString, std::function<int(const QStringList &)>> commands = {
         {QStringLiteral("library"), runLibraryCommand},
+        {QStringLiteral("organize"), runOrganizeCommand},
     };
     const QStringList arguments = application.arguments().mid(1);
     const auto command = arguments.isEmpty() ? commands.constEnd()

@@ -1,0 +1,580 @@
+#include "pool/functionpoolcontroller.h"
+
+#include "additions/exceptionsink.h"
+#include "additions/fileadditions.h"
+#include "additions/localizedstrings.h"
+#include "application/apppreferences.h"
+#include "player/apptodo.h"
+#include "pool/functionpoollog.h"
+#include "pool/functionpoolpreferences.h"
+#include "pool/poolfunction.h"
+#include "pool/poolfunctionregistry.h"
+#include "pool/servergate.h"
+
+#include <QCoreApplication>
+#include <QThread>
+#include <QTimer>
+
+namespace {
+
+// Timeouts of the engine's connection, in ticks of 1/60 s.
+constexpr int kFetchSelectionTimeout = 36000;
+constexpr int kLibraryTimeoutPerTenThousand = 18000;
+constexpr int kTrackTimeout = 900;
+constexpr int kLibraryTrackTimeout = 180;
+
+constexpr qint64 kLibrarySynchronizeFunction = 14;
+constexpr qint64 kLibrarySearchFunction = 15;
+constexpr qint64 kTakesOverResult = 14;
+constexpr qint64 kSkipLoopResult = 2;
+
+const QString kNoLocationPath = QStringLiteral(".../... ?");
+
+} // namespace
+
+FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent)
+    : QObject(parent),
+      frontEnd_(frontEnd),
+      myPreferences_(new FunctionPoolPreferences(this, this)),
+      myFunctionPoolLog_(new FunctionPoolLog(this, myPreferences_, this)),
+      myFunctionPoolErrorLog_(new FunctionPoolErrorLog(this, this)),
+      yourTunes_(ITunesApplication::initWithBundleIdentifier(AppToDo::iTunesBundleIdentifier()))
+{
+    yourTunes_.setDelegate(this);
+    for (const PoolFunctionRegistry::Entry &entry : PoolFunctionRegistry::entries()) {
+        PoolFunction *function = entry.factory(this);
+        if (!function)
+            continue;
+        function->setParent(this);
+        myFunctions_.insert(entry.number, function);
+    }
+    myPreferences_->openFunctionPool();
+}
+
+FunctionPoolController::~FunctionPoolController()
+{
+    // A worker may be waiting for this thread; let it through to its end.
+    yourCurrentFunctionCancel_ = true;
+    while (workerRunning_)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    joinWorker();
+    yourTunes_.setDelegate(nullptr);
+}
+
+qint64 FunctionPoolController::defaultFunctionTyp(qint64 number)
+{
+    return number == kLibrarySynchronizeFunction || number == kLibrarySearchFunction ? kTypLibrary
+                                                                                     : kTypSelection;
+}
+
+// --- Start of a run
+
+void FunctionPoolController::clickFunctionRun(qint64 number)
+{
+    setRunState(RunState::Checking);
+    if (!AppToDo::isITunesRunning()) {
+        showAlertMessage(-10);
+        return;
+    }
+    yourCurrentFunctionNo_ = number;
+    if (number < PoolFunctionRegistry::kFirstFunction || number > PoolFunctionRegistry::kLastFunction) {
+        showAlertMessage(0);
+        return;
+    }
+    yourCurrentFunctionTyp_ = defaultFunctionTyp(number);
+    yourCurrentFunction_ = myFunction(number);
+    if (!yourCurrentFunction_) {
+        PoolAlert alert = alertForCode(0);
+        alert.informativeKey = QStringLiteral("0003.0026");
+        yourCurrentFunctionNo_ = 0;
+        presentAlert(alert);
+        setRunState(RunState::Idle);
+        return;
+    }
+    if (frontEnd_ && frontEnd_->isAltKeyHeld()) {
+        if (yourCurrentFunctionTyp_ == kTypSelection)
+            yourCurrentFunctionTyp_ = kTypLibrary;
+        else if (number != kLibrarySynchronizeFunction || yourCurrentFunction_->canHandleRunOnSelection())
+            yourCurrentFunctionTyp_ = kTypSelection;
+    }
+
+    const qint64 gate = checkFunctionRun();
+    if (gate != ServerGateDecision::Run) {
+        yourCurrentFunctionNo_ = 0;
+        if (gate == ServerGateDecision::Unreadable)
+            showAlertMessage(-13);
+        else
+            setRunState(RunState::Idle);
+        return;
+    }
+
+    const qint64 check = yourCurrentFunction_->doMyFunctionCheck();
+    if (check < 0) {
+        showAlertMessage(check);
+        return;
+    }
+    if (check == 0) {
+        // The function either asked something (Waiting) or has nothing more to do.
+        if (runState_ == RunState::Checking)
+            setRunState(RunState::Idle);
+        return;
+    }
+    if (!myPreferences_->prefConfirmFunction()) {
+        poolFunctionPre();
+        return;
+    }
+    showAlertMessage(yourCurrentFunctionTyp_ == kTypLibrary     ? 2
+                     : yourCurrentFunctionTyp_ == kTypSelection ? 1
+                                                                : 0);
+}
+
+qint64 FunctionPoolController::checkFunctionRun()
+{
+    const ServerGateDecision decision =
+        evaluateServerGateFile(AppPreferences::locationToPreferences(5), yourCurrentFunctionNo_);
+    if (decision.result == ServerGateDecision::ShowMessage) {
+        PoolAlert alert;
+        alert.informativeText = decision.message;
+        presentAlert(alert);
+    }
+    return decision.result;
+}
+
+void FunctionPoolController::showAlertMessage(qint64 code)
+{
+    const PoolAlert alert = alertForCode(code);
+    if (alert.hasSuppression()) {
+        setRunState(RunState::Confirming);
+        if (!frontEnd_) {
+            confirmationDidEnd(kAlertSecondButtonReturn, false, true);
+            return;
+        }
+        frontEnd_->presentAlert(alert, [this](int returnCode, bool suppressionOn) {
+            confirmationDidEnd(returnCode, suppressionOn, true);
+        });
+        return;
+    }
+    yourCurrentFunctionNo_ = 0;
+    presentAlert(alert);
+    setRunState(RunState::Idle);
+}
+
+void FunctionPoolController::confirmationDidEnd(int returnCode, bool suppressionOn, bool hadSuppression)
+{
+    if (yourCurrentFunctionNo_ <= 0) {
+        setRunState(RunState::Idle);
+        return;
+    }
+    if (hadSuppression && suppressionOn)
+        myPreferences_->setPrefConfirmFunction(false);
+    if (returnCode == kAlertFirstButtonReturn)
+        poolFunctionPre();
+    else
+        setRunState(RunState::Idle);
+}
+
+void FunctionPoolController::presentAlert(const PoolAlert &alert)
+{
+    if (frontEnd_)
+        frontEnd_->presentAlert(alert, {});
+}
+
+// --- Preparation
+
+void FunctionPoolController::poolFunctionPre()
+{
+    preScheduled_ = false;
+    if (!yourCurrentFunction_) {
+        showAlertMessage(0);
+        return;
+    }
+    setRunState(RunState::Preparing);
+    poolProgressOpen();
+    if (frontEnd_)
+        frontEnd_->setCancelEnabled(false);
+    const qint64 result = yourCurrentFunction_->doMyFunctionPre();
+    if (result < 0) {
+        poolProgressClose();
+        showAlertMessage(result);
+    } else if (result == 0) {
+        yourCurrentFunctionNo_ = 0;
+        poolProgressClose();
+        setRunState(RunState::Idle);
+    } else if (result == kTakesOverResult) {
+        setRunState(RunState::FunctionThread);
+    } else {
+        poolFunctionStartThread(result);
+    }
+}
+
+void FunctionPoolController::poolFunctionPreAfterDelay()
+{
+    preScheduled_ = true;
+    setRunState(RunState::Waiting);
+    QTimer::singleShot(100, this, [this] { poolFunctionPre(); });
+}
+
+void FunctionPoolController::askForFolder(const QString &messageKey,
+                                          std::function<void(const QString &)> answer)
+{
+    setRunState(RunState::Waiting);
+    auto finish = [this, answer](const QString &path) {
+        if (answer)
+            answer(path);
+        if (!preScheduled_ && runState_ == RunState::Waiting)
+            setRunState(RunState::Idle);
+    };
+    if (frontEnd_)
+        frontEnd_->chooseFolder(messageKey, finish);
+    else
+        finish({});
+}
+
+void FunctionPoolController::poolFunctionStartThread(qint64 number)
+{
+    joinWorker();
+    setRunState(RunState::Fetching);
+    workerRunning_ = true;
+    worker_ = std::thread([this, number] { poolFunctionMain(number); });
+}
+
+void FunctionPoolController::joinWorker()
+{
+    if (worker_.joinable())
+        worker_.join();
+}
+
+// --- The worker
+
+void FunctionPoolController::poolFunctionMain(qint64 number)
+{
+    try {
+        if (number == kSkipLoopResult)
+            poolFunctionEnd();
+        else
+            poolFunctionLoop();
+        setRunState(RunState::Idle);
+    } catch (const std::exception &exception) {
+        ExceptionSink::logException(exception);
+        stopWithAlert(0);
+    } catch (...) {
+        ExceptionSink::logException(OVException(QStringLiteral("NSGenericException"),
+                                                QStringLiteral("an object that is not an exception was thrown")));
+        stopWithAlert(0);
+    }
+    workerRunning_ = false;
+}
+
+void FunctionPoolController::stopWithAlert(qint64 code)
+{
+    poolProgressClose();
+    onMainThread([this, code] { showAlertMessage(code); });
+}
+
+QList<ITunesTrack> FunctionPoolController::fetchTrackSet(bool &libraryMissing)
+{
+    QList<ITunesTrack> handles;
+    if (yourCurrentFunctionTyp_ == kTypSelection) {
+        handles = yourTunes_.selection();
+    } else {
+        const ITunesLibraryPlaylist playlist = subLibraryPlaylist(subLibrarySource());
+        if (playlist.isNull()) {
+            libraryMissing = true;
+            return {};
+        }
+        const QList<ITunesFileTrack> files = playlist.fileTracks();
+        yourTunes_.setTimeout(int((files.size() / 10000) * kLibraryTimeoutPerTenThousand));
+        handles = QList<ITunesTrack>(files.begin(), files.end());
+    }
+    QList<ITunesTrack> tracks;
+    for (const ITunesTrack &handle : std::as_const(handles))
+        if (const ITunesTrack track = handle.get(); !track.isNull())
+            tracks.append(track);
+    return tracks;
+}
+
+void FunctionPoolController::poolFunctionLoop()
+{
+    yourCurrentFunctionCancel_ = false;
+    poolProgressMessage(1);
+    yourTunes_.setTimeout(kFetchSelectionTimeout);
+    yourLastErrorNo_ = 0;
+
+    bool libraryMissing = false;
+    const QList<ITunesTrack> tracks = fetchTrackSet(libraryMissing);
+    if (libraryMissing) {
+        stopWithAlert(-4);
+        return;
+    }
+    if (yourLastErrorNo_ < 0) {
+        stopWithAlert(-14);
+        return;
+    }
+    poolProgressMessage(0);
+    const qint64 count = tracks.size();
+    const qint64 number = yourCurrentFunctionNo_;
+    if (count <= 0 && number != kLibrarySynchronizeFunction) {
+        stopWithAlert(yourCurrentFunctionTyp_ == kTypSelection ? -7 : -8);
+        return;
+    }
+    onMainThread([this, count] { poolProgressValues(count); }, true);
+    onMainThread([this] {
+        if (frontEnd_)
+            frontEnd_->setCancelEnabled(true);
+    });
+    onMainThread([this, number] { poolProgressMessage(number == kLibrarySynchronizeFunction ? 2 : 0); }, true);
+    // Only a run that found its tracks replaces the logs of the run before.
+    myFunctionPoolLog_->emptyLog();
+    myFunctionPoolErrorLog_->emptyErrorLog();
+    setRunState(RunState::Looping);
+
+    void (FunctionPoolController::*perform)(const ITunesTrack &, qint64) =
+        &FunctionPoolController::poolFunctionPerformOnTrack;
+    int timeout = kTrackTimeout;
+    if (number == kLibrarySearchFunction) {
+        perform = &FunctionPoolController::poolFunctionPerformLibrarySearch;
+        timeout = kLibraryTrackTimeout;
+    } else if (number == kLibrarySynchronizeFunction) {
+        perform = &FunctionPoolController::poolFunctionPerformLibrarySynchronize;
+        timeout = kLibraryTrackTimeout;
+    }
+    yourTunes_.setTimeout(timeout);
+
+    for (qint64 index = 0; index < count; ++index) {
+        if (yourCurrentFunctionCancel_)
+            break;
+        poolProgressUpdate(index);
+        try {
+            (this->*perform)(tracks.at(index), index);
+        } catch (const std::exception &exception) {
+            try {
+                myFunctionPoolErrorLog_->addErrorLogEntry(exception);
+            } catch (...) {
+            }
+        }
+    }
+    poolFunctionEnd();
+}
+
+QString FunctionPoolController::trackInfoText(const ITunesTrack &track, const QString &path) const
+{
+    return QStringLiteral("%1 - %2\n%3").arg(track.artist(), track.name(), path);
+}
+
+void FunctionPoolController::poolFunctionPerformOnTrack(const ITunesTrack &track, qint64 counter)
+{
+    if (track.as<ITunesFileTrack>().location().isEmpty()) {
+        yourLogNo_ = 5;
+        myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, kNoLocationPath));
+        return;
+    }
+    yourLogNo_ = 0;
+    QString infoText;
+    try {
+        yourCurrentFunction_->doMyFunctionMain(track);
+        track.saveTags();
+        infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
+    } catch (const std::exception &exception) {
+        yourLogNo_ = -1;
+        myFunctionPoolErrorLog_->addErrorLogEntry(exception);
+        infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
+    } catch (...) {
+        myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, QString());
+        throw;
+    }
+    myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, infoText);
+}
+
+void FunctionPoolController::poolFunctionPerformLibrarySynchronize(const ITunesTrack &track, qint64 counter)
+{
+    performLibraryForm(track, counter, &PoolFunction::runSynchronizeLibrary);
+}
+
+void FunctionPoolController::poolFunctionPerformLibrarySearch(const ITunesTrack &track, qint64 counter)
+{
+    performLibraryForm(track, counter, &PoolFunction::runSearchLibrary);
+}
+
+void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64 counter,
+                                                void (PoolFunction::*operation)(const ITunesTrack &, qint64))
+{
+    try {
+        (yourCurrentFunction_->*operation)(track, counter);
+        track.saveTags();
+    } catch (const std::exception &exception) {
+        QString path = track.as<ITunesFileTrack>().location();
+        if (!path.isEmpty()) {
+            yourLogNo_ = -1;
+            myFunctionPoolErrorLog_->addErrorLogEntry(exception);
+        } else {
+            yourLogNo_ = 5;
+            path = kNoLocationPath;
+        }
+        myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, path));
+    }
+}
+
+void FunctionPoolController::poolFunctionEnd()
+{
+    setRunState(RunState::Ending);
+    yourCurrentFunction_->doMyFunctionEnd();
+    poolProgressClose();
+    const bool showLog = myPreferences_->prefLogDisplayOnFunctionEnd();
+    onMainThread([this, showLog] {
+        if (showLog)
+            myFunctionPoolLog_->openLogPanel();
+        if (frontEnd_)
+            frontEnd_->functionRunDidEnd();
+    });
+}
+
+// --- Progress
+
+void FunctionPoolController::poolProgressOpen()
+{
+    onMainThread([this] {
+        if (!frontEnd_)
+            return;
+        frontEnd_->progressEmpty();
+        frontEnd_->progressOpen();
+    });
+}
+
+void FunctionPoolController::poolProgressEmpty()
+{
+    onMainThread([this] {
+        if (frontEnd_)
+            frontEnd_->progressEmpty();
+    });
+}
+
+void FunctionPoolController::poolProgressMessage(qint64 number)
+{
+    const QString key = progressCommentKey(number);
+    const QString text = key.isEmpty() ? QString() : ov_localizedString(key);
+    onMainThread([this, text] {
+        if (frontEnd_)
+            frontEnd_->progressComment(text);
+    });
+}
+
+void FunctionPoolController::poolProgressValues(qint64 total)
+{
+    onMainThread([this, total] {
+        if (frontEnd_)
+            frontEnd_->progressValues(total);
+    });
+}
+
+void FunctionPoolController::poolProgressUpdate(qint64 counter)
+{
+    onMainThread([this, counter] {
+        if (frontEnd_)
+            frontEnd_->progressUpdate(counter);
+    });
+}
+
+void FunctionPoolController::poolProgressClose()
+{
+    onMainThread([this] {
+        if (frontEnd_)
+            frontEnd_->progressClose();
+    });
+}
+
+// --- Lookups
+
+ITunesSource FunctionPoolController::subLibrarySource() const
+{
+    for (const ITunesSource &source : yourTunes_.sources())
+        if (source.kind() == kLib)
+            return source;
+    return {};
+}
+
+ITunesLibraryPlaylist FunctionPoolController::subLibraryPlaylist(const ITunesSource &source) const
+{
+    for (const ITunesLibraryPlaylist &playlist : source.libraryPlaylists())
+        if (playlist.remoteObject()->objectClass() == ObjectClass::LibraryPlaylist)
+            return playlist;
+    return {};
+}
+
+QString FunctionPoolController::subAlbumFolderPath(const QString &path) const
+{
+    const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+    if (slash < 0 || !path.mid(slash + 1).startsWith(myPreferences_->prefAlbumDiscFolderName()))
+        return path;
+    return slash == 0 ? QStringLiteral("/") : path.left(slash);
+}
+
+bool FunctionPoolController::subIsAudioFile(const QString &path) const
+{
+    return myPreferences_->prefFileAudioSuffixList().contains(ov_pathExtension(path), Qt::CaseInsensitive);
+}
+
+bool FunctionPoolController::subIsImageFile(const QString &path) const
+{
+    return myPreferences_->prefFileImageSuffixList().contains(ov_pathExtension(path), Qt::CaseInsensitive);
+}
+
+// --- Tables
+
+PoolAlert FunctionPoolController::alertForCode(qint64 code)
+{
+    static const QMap<qint64, QString> keys{
+        {-14, "0003.0014"}, {-13, "0003.0025"}, {-12, "0003.0024"}, {-11, "0003.0023"},
+        {-10, "0003.0020"}, {-9, "0003.0018"},  {-8, "0003.0011"},  {-7, "0003.0003"},
+        {-6, "0003.0012"},  {-5, "0003.0010"},  {-4, "0003.0008"},  {-3, "0003.0005"},
+        {-2, "0003.0004"},  {-1, "0003.0002"},  {1, "0003.0015"},   {2, "0003.0016"},
+    };
+    PoolAlert alert;
+    alert.code = code;
+    alert.informativeKey = keys.value(code, QStringLiteral("0003.0013"));
+    if (code == 1 || code == 2) {
+        alert.buttonKeys = {QStringLiteral("0002.0001"), QStringLiteral("0002.0002")};
+        alert.suppressionKey = QStringLiteral("0002.0004");
+    }
+    return alert;
+}
+
+QString FunctionPoolController::progressCommentKey(qint64 number)
+{
+    static const QMap<qint64, QString> keys{
+        {1, "0004.0001"}, {2, "0004.0002"}, {3, "0004.0003"}, {4, "0004.0004"},
+        {5, "0004.0005"}, {6, "0004.0006"}, {7, "0004.0011"}, {8, "0004.0014"},
+    };
+    return keys.value(number);
+}
+
+// --- Bridge failures and threads
+
+void FunctionPoolController::eventDidFail(const QString &className, const QString &operation,
+                                          const BridgeError &withError)
+{
+    yourLastErrorNo_ = -1;
+    ExceptionSink::logException(OVException(withError.domain, QStringLiteral("FunctionPoolController"),
+                                            {{QStringLiteral("code"), withError.code},
+                                             {QStringLiteral("message"), withError.message},
+                                             {QStringLiteral("className"), className},
+                                             {QStringLiteral("operation"), operation}}));
+}
+
+void FunctionPoolController::setRunState(RunState state)
+{
+    onMainThread([this, state] {
+        if (runState_ == state)
+            return;
+        runState_ = state;
+        emit runStateChanged(state);
+    });
+}
+
+void FunctionPoolController::onMainThread(std::function<void()> work, bool wait)
+{
+    if (QThread::currentThread() == thread())
+        work();
+    else
+        QMetaObject::invokeMethod(this, std::move(work),
+                                  wait ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
+}

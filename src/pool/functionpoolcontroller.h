@@ -1,0 +1,142 @@
+#pragma once
+
+#include "player/itunes.h"
+#include "pool/poolfrontend.h"
+
+#include <QMap>
+#include <QObject>
+
+#include <atomic>
+#include <thread>
+
+class FunctionPoolErrorLog;
+class FunctionPoolLog;
+class FunctionPoolPreferences;
+class PoolFunction;
+
+// The organizer's engine: runs one numbered function at a time over a set of the player's
+// tracks. Decides the track set, asks the server gate, the function and the user, then walks
+// the tracks on a worker thread of its own, reporting progress, alerts and log entries to its
+// front end (the organizer window or orvane-cli) on the main thread. Owns the preferences, the
+// two logs and one object of each registered function. Lives on the main thread.
+class FunctionPoolController : public QObject, public ScriptingBridgeDelegate
+{
+    Q_OBJECT
+
+public:
+    // Where a run stands; Idle between runs.
+    enum class RunState {
+        Idle, Checking, Confirming, Waiting, Preparing, FunctionThread, Fetching, Looping, Ending
+    };
+    Q_ENUM(RunState)
+
+    // Track sets of a run.
+    static constexpr qint64 kTypSelection = 1;
+    static constexpr qint64 kTypLibrary = 2;
+
+    // The default backend must be set first: the engine's connection is made here.
+    explicit FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent = nullptr);
+    ~FunctionPoolController() override;
+
+    PoolFrontEnd *frontEnd() const { return frontEnd_; }
+    FunctionPoolPreferences *myPreferences() const { return myPreferences_; }
+    FunctionPoolLog *myFunctionPoolLog() const { return myFunctionPoolLog_; }
+    FunctionPoolErrorLog *myFunctionPoolErrorLog() const { return myFunctionPoolErrorLog_; }
+    // myFunction0001 ... myFunction0026; null for a number this build does not have.
+    PoolFunction *myFunction(qint64 number) const { return myFunctions_.value(number); }
+
+    PoolFunction *yourCurrentFunction() const { return yourCurrentFunction_; }
+    qint64 yourCurrentFunctionNo() const { return yourCurrentFunctionNo_; }
+    qint64 yourCurrentFunctionTyp() const { return yourCurrentFunctionTyp_; }
+    bool yourCurrentFunctionCancel() const { return yourCurrentFunctionCancel_; }
+    qint64 yourLastErrorNo() const { return yourLastErrorNo_; }
+    qint64 yourLogNo() const { return yourLogNo_; }
+    void setYourLogNo(qint64 changeState) { yourLogNo_ = changeState; }
+    const ITunesApplication &yourTunes() const { return yourTunes_; }
+    RunState runState() const { return runState_; }
+
+    // The track set a function runs on unless the other one is asked for.
+    static qint64 defaultFunctionTyp(qint64 number);
+
+    // --- User actions, main thread.
+    void clickFunctionRun(qint64 number);
+    void clickFunctionCancel() { yourCurrentFunctionCancel_ = true; }
+
+    // --- For functions.
+    // Continues a run whose doMyFunctionCheck answered 0; main thread.
+    void poolFunctionPre();
+    // The same 0.1 s later, as a function does once its own question is answered.
+    void poolFunctionPreAfterDelay();
+    // Starts the worker: 2 skips the track loop. Main thread.
+    void poolFunctionStartThread(qint64 number);
+    // Asks the user for a folder through the front end; an empty answer ends the run.
+    void askForFolder(const QString &messageKey, std::function<void(const QString &path)> answer);
+    // Main thread. Codes 1 and 2 are the confirmations; every other code ends the run.
+    void showAlertMessage(qint64 code);
+    // The server gate: 1 run, -1 document unreadable, 0 the gate showed its own message.
+    qint64 checkFunctionRun();
+
+    // Progress, from any thread.
+    void poolProgressOpen();
+    void poolProgressEmpty();
+    void poolProgressMessage(qint64 number);
+    void poolProgressValues(qint64 total);
+    void poolProgressUpdate(qint64 counter);
+    void poolProgressClose();
+
+    // Library lookups and file helpers.
+    ITunesSource subLibrarySource() const;
+    ITunesLibraryPlaylist subLibraryPlaylist(const ITunesSource &source) const;
+    QString subAlbumFolderPath(const QString &path) const;
+    bool subIsAudioFile(const QString &path) const;
+    bool subIsImageFile(const QString &path) const;
+
+    // The alert of a code, and the key of a progress comment (empty: none).
+    static PoolAlert alertForCode(qint64 code);
+    static QString progressCommentKey(qint64 number);
+
+    void eventDidFail(const QString &className, const QString &operation,
+                      const BridgeError &withError) override;
+
+signals:
+    void runStateChanged(FunctionPoolController::RunState state);
+
+private:
+    void setRunState(RunState state);
+    // Runs work on the main thread: at once there, otherwise queued or waited for.
+    void onMainThread(std::function<void()> work, bool wait = false);
+    void presentAlert(const PoolAlert &alert);
+    void confirmationDidEnd(int returnCode, bool suppressionOn, bool hadSuppression);
+
+    // Worker thread.
+    void poolFunctionMain(qint64 number);
+    void poolFunctionLoop();
+    void poolFunctionEnd();
+    void stopWithAlert(qint64 code); // closes the progress, then the alert on the main thread
+    QList<ITunesTrack> fetchTrackSet(bool &libraryMissing);
+    QString trackInfoText(const ITunesTrack &track, const QString &path) const;
+    void poolFunctionPerformOnTrack(const ITunesTrack &track, qint64 counter);
+    void poolFunctionPerformLibrarySynchronize(const ITunesTrack &track, qint64 counter);
+    void poolFunctionPerformLibrarySearch(const ITunesTrack &track, qint64 counter);
+    void performLibraryForm(const ITunesTrack &track, qint64 counter,
+                            void (PoolFunction::*operation)(const ITunesTrack &, qint64));
+    void joinWorker();
+
+    PoolFrontEnd *frontEnd_;
+    FunctionPoolPreferences *myPreferences_;
+    FunctionPoolLog *myFunctionPoolLog_;
+    FunctionPoolErrorLog *myFunctionPoolErrorLog_;
+    QMap<qint64, PoolFunction *> myFunctions_; // children of this object
+
+    PoolFunction *yourCurrentFunction_ = nullptr;
+    std::atomic<qint64> yourCurrentFunctionNo_{0};
+    qint64 yourCurrentFunctionTyp_ = 0;
+    std::atomic<bool> yourCurrentFunctionCancel_{false};
+    std::atomic<qint64> yourLastErrorNo_{0};
+    qint64 yourLogNo_ = 0; // worker only
+    ITunesApplication yourTunes_;
+    RunState runState_ = RunState::Idle; // main thread
+    bool preScheduled_ = false;
+    std::thread worker_;
+    std::atomic<bool> workerRunning_{false};
+};
