@@ -1,0 +1,294 @@
+#include "pooltestsupport.h"
+
+#include "additions/ovexception.h"
+#include "application/apppreferences.h"
+#include "pool/functionpoollog.h"
+#include "pool/functionpoolpreferences.h"
+#include "pool/servergate.h"
+
+#include <QFile>
+
+using RunState = FunctionPoolController::RunState;
+
+struct ContractCase
+{
+    qint64 check;
+    qint64 pre;
+    QStringList calls;
+    QList<qint64> alerts;
+};
+
+TEST_F(PoolTest, ResultsOfCheckAndPreDecideHowFarARunGoes)
+{
+    const QList<ContractCase> cases{
+        {-2, 1, {"check"}, {-2}},
+        {0, 1, {"check"}, {}},
+        {1, -11, {"check", "pre"}, {-11}},
+        {1, 0, {"check", "pre"}, {}},
+        {1, 2, {"check", "pre", "end"}, {}},
+        {1, 1, {"check", "pre", "main Track 1", "main Track 2", "end"}, {}},
+    };
+    addSelectedTracks(2);
+    makePool();
+    for (const ContractCase &c : cases) {
+        SCOPED_TRACE(QStringLiteral("check %1 pre %2").arg(c.check).arg(c.pre).toStdString());
+        pool = nullptr;
+        pool = std::make_unique<FunctionPoolController>(&frontEnd);
+        pool->myPreferences()->setPrefConfirmFunction(false);
+        frontEnd.alerts.clear();
+        function(3)->checkResult = c.check;
+        function(3)->preResult = c.pre;
+        runFunction(3);
+        EXPECT_EQ(function(3)->calls(), c.calls);
+        QList<qint64> codes;
+        for (const PoolAlert &alert : frontEnd.alerts)
+            codes.append(alert.code);
+        EXPECT_EQ(codes, c.alerts);
+    }
+}
+
+TEST_F(PoolTest, PreAnswering14WaitsForTheFunctionToStartTheWorker)
+{
+    addSelectedTracks(1);
+    makePool();
+    function(3)->preResult = 14;
+    pool->clickFunctionRun(3);
+    EXPECT_EQ(pool->runState(), RunState::FunctionThread);
+    EXPECT_EQ(function(3)->calls(), (QStringList{"check", "pre"}));
+    pool->poolFunctionStartThread(1);
+    waitUntilIdle();
+    EXPECT_EQ(function(3)->calls(), (QStringList{"check", "pre", "main Track 1", "end"}));
+}
+
+TEST_F(PoolTest, AnAnsweredQuestionContinuesThroughPoolFunctionPreWithoutConfirmation)
+{
+    addSelectedTracks(1);
+    makePool();
+    pool->myPreferences()->setPrefConfirmFunction(true);
+    function(3)->checkResult = 0;
+    frontEnd.folderAnswer = "/music";
+    pool->clickFunctionRun(3);
+    pool->askForFolder("0005.0001", [this](const QString &path) {
+        if (!path.isEmpty())
+            pool->poolFunctionPreAfterDelay();
+    });
+    EXPECT_EQ(pool->runState(), RunState::Waiting);
+    waitUntilIdle();
+    EXPECT_EQ(function(3)->calls(), (QStringList{"check", "pre", "main Track 1", "end"}));
+    EXPECT_TRUE(frontEnd.alerts.isEmpty());
+}
+
+struct TrackSetCase
+{
+    int number;
+    bool alt;
+    bool handlesSelection;
+    qint64 typ;
+};
+
+TEST_F(PoolTest, AltSwitchesToTheOtherTrackSetExceptForSynchronisationThatCannot)
+{
+    const QList<TrackSetCase> cases{
+        {3, false, false, 1}, {3, true, false, 2}, {15, false, false, 2}, {15, true, false, 1},
+        {14, false, true, 2}, {14, true, false, 2}, {14, true, true, 1},
+    };
+    makePool({3, 14, 15});
+    for (const TrackSetCase &c : cases) {
+        SCOPED_TRACE(c.number);
+        frontEnd.altHeld = c.alt;
+        function(c.number)->checkResult = 0;
+        function(c.number)->handlesSelection = c.handlesSelection;
+        runFunction(c.number);
+        EXPECT_EQ(pool->yourCurrentFunctionTyp(), c.typ);
+    }
+}
+
+TEST_F(PoolTest, RunsThatEndInAnAlertLeaveThePreviousLogsAndSkipTheEnd)
+{
+    const QList<MemoryObjectPtr> tracks = addSelectedTracks(2);
+    makePool({3, 15});
+    runFunction(3);
+    ASSERT_EQ(pool->myFunctionPoolLog()->rowCount(), 2);
+
+    struct Case
+    {
+        const char *name;
+        std::function<void()> arrange;
+        int number;
+        qint64 alert;
+    };
+    const QList<Case> cases{
+        {"empty selection", [&] { player->setSelection({}); }, 3, -7},
+        {"library without file tracks", [&] { for (auto &t : tracks) player->remove(t); }, 15, -8},
+        {"failed fetch", [&] { player->injectFailure(Prop::selection, MemoryPlayer::Access::Read); }, 3, -14},
+        {"no library playlist",
+         [&] { player->injectFailure(Prop::libraryPlaylists, MemoryPlayer::Access::Read); }, 15, -4},
+        {"number outside the table", [] {}, 27, 0},
+        {"player not running", [&] { player->setRunning(false); }, 3, -10},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        c.arrange();
+        frontEnd.alerts.clear();
+        TestFunction *asked = function(c.number == 27 ? 3 : c.number);
+        const qsizetype endsBefore = asked->calls().count("end");
+        runFunction(c.number);
+        ASSERT_EQ(frontEnd.alerts.size(), 1);
+        EXPECT_EQ(frontEnd.alerts.first().code, c.alert);
+        EXPECT_EQ(pool->yourCurrentFunctionNo(), 0);
+        EXPECT_EQ(asked->calls().count("end"), endsBefore);
+        EXPECT_EQ(pool->myFunctionPoolLog()->rowCount(), 2);
+    }
+}
+
+TEST_F(PoolTest, AnUnregisteredFunctionEndsInAClearAlert)
+{
+    makePool({3});
+    runFunction(9);
+    ASSERT_EQ(frontEnd.alerts.size(), 1);
+    EXPECT_EQ(frontEnd.alerts.first().informativeKey, "0003.0026");
+}
+
+TEST_F(PoolTest, TracksWithoutLocationAreLoggedButNotHandedToTheFunction)
+{
+    const auto file = player->addFileTrack("Song", "/music/song.mp3", {{Prop::artist, "Band"}});
+    const auto gone = player->addFileTrack("Gone", "", {{Prop::artist, "Band"}});
+    const auto stream = player->addURLTrack("Radio", "http://127.0.0.1/stream", {{Prop::artist, "Station"}});
+    player->setSelection({file, gone, stream});
+    makePool();
+    runFunction(3);
+    EXPECT_EQ(function(3)->calls(), (QStringList{"check", "pre", "main Song", "end"}));
+    EXPECT_EQ(logTexts(), (QStringList{"OVImageStatusLogUnchanged Band - Song\n/music/song.mp3",
+                                       "OVImageStatusLogMissing Band - Gone\n.../... ?",
+                                       "OVImageStatusLogMissing Station - Radio\n.../... ?"}));
+}
+
+TEST_F(PoolTest, FailuresOnOneTrackGoToBothLogsWhileTheRunGoesOn)
+{
+    const QList<MemoryObjectPtr> tracks = addSelectedTracks(4);
+    makePool();
+    MemoryPlayer *memory = player.get();
+    function(3)->onTrack = [this, memory, tracks](const ITunesTrack &track) {
+        if (track.name() == "Track 1")
+            pool->setYourLogNo(1);
+        if (track.name() == "Track 2")
+            throw OVException("TestException", "no good");
+        if (track.name() == "Track 3")
+            memory->remove(tracks.at(2)); // its tags can no longer be saved
+    };
+    runFunction(3);
+    EXPECT_EQ(function(3)->calls().last(), "end");
+    const QStringList log = logTexts();
+    ASSERT_EQ(log.size(), 4);
+    EXPECT_EQ(log.at(0), "OVImageStatusLogChanged Artist - Track 1\n/music/1.mp3");
+    EXPECT_EQ(log.at(1), "OVImageStatusLogError Artist - Track 2\n/music/2.mp3");
+    EXPECT_TRUE(log.at(2).startsWith("OVImageStatusLogError"));
+    EXPECT_EQ(log.at(3), "OVImageStatusLogUnchanged Artist - Track 4\n/music/4.mp3");
+    const QList<QVariantMap> errors = pool->myFunctionPoolErrorLog()->yourErrorLogEntries();
+    ASSERT_EQ(errors.size(), 2);
+    EXPECT_EQ(errors.at(0).value("Error").toString(), "TestException | no good");
+    EXPECT_TRUE(errors.at(1).value("Error").toString().startsWith(kBridgeErrorDomain + " | "));
+}
+
+TEST_F(PoolTest, CancelTakesEffectBetweenTracksAndTheRunStillEnds)
+{
+    for (const int cancelAt : {1, 3}) {
+        SCOPED_TRACE(cancelAt);
+        addSelectedTracks(3);
+        frontEnd.events.clear();
+        makePool();
+        pool->myPreferences()->setPrefLogDisplayOnFunctionEnd(true);
+        function(3)->onTrack = [this, cancelAt](const ITunesTrack &track) {
+            if (track.name() == QStringLiteral("Track %1").arg(cancelAt))
+                pool->clickFunctionCancel();
+        };
+        runFunction(3);
+        EXPECT_EQ(pool->myFunctionPoolLog()->rowCount(), cancelAt);
+        EXPECT_EQ(function(3)->calls().last(), "end");
+        EXPECT_EQ(frontEnd.events.mid(frontEnd.events.size() - 3),
+                  (QStringList{"close", "log panel", "run end"}));
+        pool.reset();
+    }
+}
+
+TEST_F(PoolTest, ProgressCountsFromZeroAndOpensCancelOnlyForTheLoop)
+{
+    addSelectedTracks(2);
+    makePool();
+    runFunction(3);
+    EXPECT_EQ(frontEnd.events, (QStringList{"open", "cancel off", "values 2", "cancel on", "update 0",
+                                            "update 1", "close", "run end"}));
+}
+
+TEST_F(PoolTest, ConfirmationAsksByTrackSetAndItsCheckBoxTurnsItselfOff)
+{
+    addSelectedTracks(1);
+    makePool({3, 15});
+    pool->myPreferences()->setPrefConfirmFunction(true);
+    frontEnd.confirmationAnswer = kAlertSecondButtonReturn;
+    frontEnd.suppressionAnswer = true;
+    runFunction(3);
+    ASSERT_EQ(frontEnd.alerts.size(), 1);
+    EXPECT_EQ(frontEnd.alerts.first().informativeKey, "0003.0015");
+    EXPECT_TRUE(frontEnd.alerts.first().hasSuppression());
+    EXPECT_FALSE(pool->myPreferences()->prefConfirmFunction());
+    EXPECT_EQ(function(3)->calls(), QStringList{"check"});
+
+    pool->myPreferences()->setPrefConfirmFunction(true);
+    frontEnd.confirmationAnswer = kAlertFirstButtonReturn;
+    frontEnd.suppressionAnswer = false;
+    runFunction(15);
+    EXPECT_EQ(frontEnd.alerts.last().informativeKey, "0003.0016");
+    EXPECT_TRUE(pool->myPreferences()->prefConfirmFunction());
+    EXPECT_EQ(function(15)->calls(), (QStringList{"check", "pre", "search Track 1 0", "end"}));
+}
+
+TEST(ServerGate, RunAndMessageDecidePerFunctionNumber)
+{
+    const QByteArray document = "<Orvane><FunctionPool><Functions>"
+                                "<Function><ID>3</ID><Run>No</Run><Message>Off for now</Message></Function>"
+                                "<Function><ID>4</ID><Run>false</Run></Function>"
+                                "<Function><ID>5</ID><Run>  0042</Run><Message>unused</Message></Function>"
+                                "<Function><ID>6</ID><Message>no Run element</Message></Function>"
+                                "</Functions></FunctionPool></Orvane>";
+    const QList<QPair<qint64, ServerGateDecision>> cases{
+        {3, {ServerGateDecision::ShowMessage, "Off for now"}},
+        {4, {ServerGateDecision::Run, {}}},
+        {5, {ServerGateDecision::Run, {}}},
+        {6, {ServerGateDecision::Run, {}}},
+        {7, {ServerGateDecision::Run, {}}},
+    };
+    for (const auto &[number, expected] : cases) {
+        const ServerGateDecision decision = evaluateServerGate(document, number);
+        EXPECT_EQ(decision.result, expected.result) << number;
+        EXPECT_EQ(decision.message, expected.message) << number;
+    }
+    EXPECT_EQ(evaluateServerGate("<a><FunctionPool><Functions><Function><ID>3</ID><Run>n</Run>"
+                                 "<Message>tidied",
+                                 3).message,
+              "tidied");
+    EXPECT_EQ(evaluateServerGate("not xml at all", 3).result, ServerGateDecision::Unreadable);
+    EXPECT_EQ(evaluateServerGateFile("/nonexistent/.orvane", 3).result, ServerGateDecision::Run);
+}
+
+TEST_F(PoolTest, TheServerGateStopsARunBeforeTheFunctionIsAsked)
+{
+    addSelectedTracks(1);
+    makePool();
+    QFile document(AppPreferences::locationToPreferences(5));
+    ASSERT_TRUE(document.open(QIODevice::WriteOnly));
+    document.write("<r><FunctionPool><Functions><Function><ID>3</ID><Run>no</Run>"
+                   "<Message>Function 3 is resting</Message></Function></Functions></FunctionPool></r>");
+    document.close();
+    runFunction(3);
+    ASSERT_EQ(frontEnd.alerts.size(), 1);
+    EXPECT_EQ(frontEnd.alerts.first().informativeTextShown(), "Function 3 is resting");
+    EXPECT_TRUE(function(3)->calls().isEmpty());
+
+    ASSERT_TRUE(document.open(QIODevice::WriteOnly));
+    document.write("garbage");
+    document.close();
+    runFunction(3);
+    EXPECT_EQ(frontEnd.alerts.last().code, -13);
+    EXPECT_TRUE(function(3)->calls().isEmpty());
+}
