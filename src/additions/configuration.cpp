@@ -15,6 +15,8 @@ const QVariantMap &builtInDefaults()
         {QStringLiteral("SupportedSystems"),
          QStringList{QStringLiteral("debian 12"), QStringLiteral("debian 13"), QStringLiteral("ubuntu 22.04"),
                      QStringLiteral("ubuntu 24.04")}},
+        // The MPRIS bus name of the player to follow; empty follows the first that appears.
+        {QStringLiteral("PlayerBusName"), QString()},
     };
     return defaults;
 }

@@ -17,7 +17,9 @@ int main(int argc, char *argv[])
     // The program lives in the status strip and goes on without any window open.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    PlayerBackends::setDefaultBackend(createPlayerBackend());
+    const auto player = createPlayerBackend();
+    PlayerBackends::setDefaultBackend(player);
+    PlayerBackends::setLibraryBackend(player->library());
 
     WidgetApplicationUi ui;
     ProgramServiceFactory services;
@@ -30,6 +32,7 @@ int main(int argc, char *argv[])
 
     controller.awakeFromNib();
     const int status = application.exec();
+    PlayerBackends::setLibraryBackend(nullptr);
     PlayerBackends::setDefaultBackend(nullptr);
     return status;
 }

@@ -1,9 +1,25 @@
 #include "playerwiring.h"
 
+#include "additions/configuration.h"
+#include "player/compositeplayer.h"
+#include "player/library/librarybackend.h"
 #include "player/mpris/mprisplayer.h"
 
-PlayerBackendPtr createPlayerBackend()
+#include <QDebug>
+
+std::shared_ptr<CompositePlayer> createPlayerBackend()
 {
-    // Follows the first MPRIS player on the session bus, whichever starts first.
-    return std::make_shared<MprisPlayer>();
+    auto library = std::make_shared<LibraryBackend>();
+    if (!library->isRunning())
+        qWarning().noquote() << "orvane: the music library cannot be opened:" << library->openError();
+
+    // The configured player, or the first MPRIS player on the session bus.
+    auto player = std::make_shared<MprisPlayer>(Configuration::text(QStringLiteral("PlayerBusName")));
+    // A playing file that the library holds is the library's track, with its ratings and tags.
+    std::weak_ptr<LibraryBackend> weakLibrary = library;
+    player->setTrackResolver([weakLibrary](const QString &filePath) -> RemoteObjectPtr {
+        const auto library = weakLibrary.lock();
+        return library ? library->trackWithLocation(filePath) : nullptr;
+    });
+    return std::make_shared<CompositePlayer>(library, player);
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "player/playerbackend.h"
+#include "player/compositeplayer.h"
 
-// The player the program follows, made once at start on the main thread. Null when there is
-// none: the program then runs and every read from the player is empty.
-PlayerBackendPtr createPlayerBackend();
+// The player the program follows, made once at start on the main thread: the library joined
+// with the first (or the configured) MPRIS player on the session bus. A library that cannot be
+// opened, or no player on the bus, leaves the reads of that side empty.
+std::shared_ptr<CompositePlayer> createPlayerBackend();

@@ -5,6 +5,7 @@
 namespace {
 std::mutex defaultBackendMutex;
 PlayerBackendPtr defaultBackendInstance;
+PlayerBackendPtr libraryBackendInstance;
 } // namespace
 
 namespace PlayerBackends {
@@ -19,6 +20,18 @@ PlayerBackendPtr defaultBackend()
 {
     std::lock_guard lock(defaultBackendMutex);
     return defaultBackendInstance;
+}
+
+void setLibraryBackend(PlayerBackendPtr backend)
+{
+    std::lock_guard lock(defaultBackendMutex);
+    libraryBackendInstance = std::move(backend);
+}
+
+PlayerBackendPtr libraryBackend()
+{
+    std::lock_guard lock(defaultBackendMutex);
+    return libraryBackendInstance ? libraryBackendInstance : defaultBackendInstance;
 }
 
 } // namespace PlayerBackends

@@ -46,4 +46,9 @@ using PlayerBackendPtr = std::shared_ptr<PlayerBackend>;
 namespace PlayerBackends {
 void setDefaultBackend(PlayerBackendPtr backend);
 PlayerBackendPtr defaultBackend();
+
+// The backend the organizer works on: the library alone, whose being open is what "running"
+// means there. Falls back to the default backend when none is set (tests, the command line).
+void setLibraryBackend(PlayerBackendPtr backend);
+PlayerBackendPtr libraryBackend();
 } // namespace PlayerBackends

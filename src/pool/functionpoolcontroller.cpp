@@ -38,7 +38,7 @@ FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, QObject *
       myPreferences_(new FunctionPoolPreferences(this, this)),
       myFunctionPoolLog_(new FunctionPoolLog(this, myPreferences_, this)),
       myFunctionPoolErrorLog_(new FunctionPoolErrorLog(this, this)),
-      yourTunes_(ITunesApplication::initWithBundleIdentifier(AppToDo::iTunesBundleIdentifier()))
+      yourTunes_(ITunesApplication::withBackend(PlayerBackends::libraryBackend()))
 {
     yourTunes_.setDelegate(this);
     for (const PoolFunctionRegistry::Entry &entry : PoolFunctionRegistry::entries()) {
@@ -72,7 +72,8 @@ qint64 FunctionPoolController::defaultFunctionTyp(qint64 number)
 void FunctionPoolController::clickFunctionRun(qint64 number)
 {
     setRunState(RunState::Checking);
-    if (!AppToDo::isITunesRunning()) {
+    // The organizer needs the library open, whether or not a media player is running.
+    if (!yourTunes_.isRunning()) {
         showAlertMessage(-10);
         return;
     }

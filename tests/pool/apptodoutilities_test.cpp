@@ -13,14 +13,6 @@ namespace {
 
 using FileType = AppToDo::BitmapImageFileType;
 
-// CTest lists the cases by running the executable without the test environment, and the
-// graphical application of this executable needs a platform even for that.
-const bool kOffscreenPlatform = [] {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    return true;
-}();
-
 TEST(ImageType, ByTheFirstByteAlone)
 {
     const struct

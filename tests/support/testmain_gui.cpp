@@ -8,6 +8,9 @@
 int main(int argc, char *argv[])
 {
     TestEnvironment environment;
+    // CTest lists the cases without the tests' environment, where there may be no display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

@@ -107,6 +107,14 @@ RemoteObjectPtr LibraryBackend::trackWithDatabaseID(qint64 databaseID)
     return makeLibraryTrack(store_, databaseID);
 }
 
+RemoteObjectPtr LibraryBackend::trackWithLocation(const QString &path)
+{
+    if (!store_)
+        return nullptr;
+    const qint64 id = store_->trackIdForPath(path);
+    return id ? makeLibraryTrack(store_, id) : nullptr;
+}
+
 RemoteObjectPtr LibraryBackend::playlistWithPersistentID(const QString &persistentID)
 {
     const qint64 id = running().playlistIdForPersistentID(persistentID);

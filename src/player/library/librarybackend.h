@@ -39,6 +39,8 @@ public:
     RemoteObjectPtr libraryPlaylist();
     RemoteObjectPtr trackWithPersistentID(const QString &persistentID);
     RemoteObjectPtr trackWithDatabaseID(qint64 databaseID);
+    // The track of a file, or null when the library does not hold it.
+    RemoteObjectPtr trackWithLocation(const QString &path);
     RemoteObjectPtr playlistWithPersistentID(const QString &persistentID);
     QList<RemoteObjectPtr> tracks();
 

@@ -299,6 +299,8 @@ void LibraryTrackObject::perform(Command command)
 {
     if (command == Command::reveal)
         return store_->requestReveal(id_);
+    if (command == Command::saveTags)
+        return store_->saveTrack(id_);
     if (command != Command::deleteItem)
         return RemoteObject::perform(command);
     if (playlistId_)

@@ -1,3 +1,4 @@
+#include "additions/ovexception.h"
 #include "audiofixtures.h"
 
 #include "player/itunes.h"
@@ -115,7 +116,7 @@ TEST_F(LibraryTest, FailedSaveRollsTheTrackBackAndRaisesAtTheWriter)
     track.setName(QStringLiteral("After"));
     ASSERT_TRUE(QFile::remove(path));
     ASSERT_TRUE(QDir().mkdir(path));
-    EXPECT_THROW(backend->saveTrack(track.persistentID()), BridgeFailure);
+    EXPECT_THROW(track.saveTags(), OVException);
     EXPECT_EQ(track.name(), QStringLiteral("Before"));
 
     // The same through a write to another track from the same writer.
