@@ -1,6 +1,7 @@
 #pragma once
 
 #include "player/itunes.h"
+#include "pool/paneldescription.h"
 
 #include <QObject>
 
@@ -33,6 +34,9 @@ public:
     virtual void doMyFunctionMain(const ITunesTrack &track) = 0;
     // Worker thread, after the last track or after cancel.
     virtual void doMyFunctionEnd() = 0;
+
+    // The function's panel in the organizer window, built from this description.
+    virtual PanelDescription panelDescription() const { return {}; }
 
     // Only library synchronisation may be asked to run on the selection.
     virtual bool canHandleRunOnSelection() const { return false; }

@@ -34,4 +34,18 @@ QList<Entry> entries();
 // "Function0007".
 QString className(int number);
 
+// Registers a function when the program starts, from a static object in the function's own
+// source file:
+//   static const PoolFunctionRegistry::Registration registration(
+//       7, QStringLiteral("Tags from the file name"),
+//       [](FunctionPoolController *pool) { return new Function0007(pool); });
+// The functions are linked as object files, so every such file takes part.
+struct Registration
+{
+    Registration(int number, const QString &title, Factory factory)
+    {
+        registerFunction(number, title, std::move(factory));
+    }
+};
+
 } // namespace PoolFunctionRegistry
