@@ -1,5 +1,7 @@
 #include "player/memoryplayer.h"
 
+#include "player/playervalues.h"
+
 #include <QBuffer>
 #include <QDir>
 #include <QDirIterator>
@@ -94,25 +96,6 @@ bool isWritable(Prop property)
 MemoryObjectPtr memoryObject(const RemoteObjectPtr &object)
 {
     return std::dynamic_pointer_cast<MemoryObject>(object ? object->resolve() : nullptr);
-}
-
-// "3:25" or "1:02:03", as the player shows a duration.
-QString timeText(double seconds)
-{
-    const qint64 total = qint64(seconds + 0.5);
-    const qint64 hours = total / 3600, minutes = total / 60 % 60, rest = total % 60;
-    if (hours > 0)
-        return QStringLiteral("%1:%2:%3").arg(hours).arg(minutes, 2, 10, QChar('0')).arg(rest, 2, 10, QChar('0'));
-    return QStringLiteral("%1:%2").arg(minutes).arg(rest, 2, 10, QChar('0'));
-}
-
-FourCharCode imageFormat(const QByteArray &bytes)
-{
-    if (bytes.startsWith("\x89PNG"))
-        return fourCharCode("PNGf");
-    if (bytes.startsWith("\xFF\xD8"))
-        return fourCharCode("JPEG");
-    return 0;
 }
 
 QByteArray pngBytes(const QImage &image)
@@ -441,7 +424,7 @@ MemoryObjectPtr MemoryPlayer::addArtwork(const MemoryObjectPtr &track, const QIm
     Lock lock(mutex_);
     const QByteArray bytes = pngBytes(image);
     MemoryObjectPtr artwork = newObject(ObjectClass::Artwork,
-                                        {{Prop::rawData, bytes}, {Prop::format, imageFormat(bytes)},
+                                        {{Prop::rawData, bytes}, {Prop::format, artworkFormat(bytes)},
                                          {Prop::downloaded, false}});
     artwork->container_ = track;
     track->lists_[Prop::artworks].append(artwork);
@@ -705,10 +688,10 @@ QVariant MemoryPlayer::readValue(MemoryObject &object, Prop property)
         if (property == Prop::size)
             return size;
         if (property == Prop::time)
-            return timeText(duration);
+            return durationText(duration);
     }
     if (isTrackClass(object.class_) && property == Prop::time)
-        return timeText(object.values_.value(Prop::duration).toDouble());
+        return durationText(object.values_.value(Prop::duration).toDouble());
     if (object.class_ == ObjectClass::Artwork && property == Prop::data)
         return QImage::fromData(object.values_.value(Prop::rawData).toByteArray());
     return {};
@@ -724,7 +707,7 @@ void MemoryPlayer::writeValue(MemoryObject &object, Prop property, const QVarian
         const QByteArray bytes = property == Prop::data ? pngBytes(value.value<QImage>())
                                                         : value.toByteArray();
         object.values_.insert(Prop::rawData, bytes);
-        object.values_.insert(Prop::format, imageFormat(bytes));
+        object.values_.insert(Prop::format, artworkFormat(bytes));
         if (const MemoryObjectPtr track = object.slotOwner_.lock()) {
             track->lists_[Prop::artworks].append(
                 std::static_pointer_cast<MemoryObject>(object.shared_from_this()));

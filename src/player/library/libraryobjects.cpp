@@ -2,6 +2,7 @@
 
 #include "player/library/librarybackend.h"
 #include "player/library/trackcolumns.h"
+#include "player/playervalues.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -9,20 +10,6 @@
 #include <QStorageInfo>
 
 namespace {
-
-FourCharCode pictureFormat(const QByteArray &data)
-{
-    const QString mime = pictureMimeType(data);
-    if (mime == QLatin1String("image/jpeg"))
-        return fourCharCode("JPEG");
-    if (mime == QLatin1String("image/png"))
-        return fourCharCode("PNGf");
-    if (mime == QLatin1String("image/gif"))
-        return fourCharCode("GIFf");
-    if (mime == QLatin1String("image/bmp"))
-        return fourCharCode("BMPf");
-    return 0;
-}
 
 // Opaque pictures become JPEG, those with transparency PNG.
 QByteArray encodedImage(const QImage &image)
@@ -340,7 +327,7 @@ QVariant LibraryArtworkObject::read(Prop property)
     switch (property) {
     case Prop::data: return QImage::fromData(artwork().data);
     case Prop::rawData: return artwork().data;
-    case Prop::format: return pictureFormat(artwork().data);
+    case Prop::format: return artworkFormat(artwork().data);
     case Prop::downloaded: return artwork().downloaded;
     case Prop::objectDescription: return artwork().description;
     default: return RemoteObject::read(property);

@@ -186,6 +186,7 @@ void LibraryStore::storeColumns(qint64 id, const QHash<Prop, QVariant> &values)
                                                  columnValueToSql(trackColumns().at(index).type,
                                                                   it.value()));
     }
+    emit tracksChanged({id});
 }
 
 void LibraryStore::setTrackValue(qint64 id, Prop property, const QVariant &value)
@@ -336,6 +337,7 @@ void LibraryStore::removeTrack(qint64 id)
     order_.removeOne(id);
     byPersistentID_.remove(track.persistentID);
     byPath_.remove(track.path);
+    emit tracksChanged({id});
 }
 
 QVariantMap LibraryStore::storeMetadata(qint64 id)
@@ -432,6 +434,11 @@ QString LibraryStore::newPersistentID()
     }
 }
 
+QStringList LibraryStore::importCandidates(const QString &path)
+{
+    return candidateFiles(path);
+}
+
 LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, qint64 playlistId)
 {
     QMutexLocker locker(&mutex_);
@@ -501,8 +508,10 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
     }
 
     // Read back, so the cache holds the database's defaults too.
-    if (!ids.isEmpty())
+    if (!ids.isEmpty()) {
         loadTracks(ids.first());
+        emit tracksChanged(ids);
+    }
     result.added = ids;
     return result;
 }

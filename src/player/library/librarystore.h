@@ -70,6 +70,9 @@ public:
         QList<QPair<QString, QString>> refused; // path, reason
     };
     ImportResult importPaths(const QStringList &paths, qint64 playlistId = 0);
+    // The files importPaths() considers for a path: the file itself, or the audio files below
+    // a folder, sorted. Lets a front end import a large tree in parts.
+    static QStringList importCandidates(const QString &path);
 
     // Playlists, by row id.
     struct PlaylistRow
@@ -107,6 +110,9 @@ public:
 signals:
     void tagSaveFailed(const QString &persistentID, const QString &message);
     void revealRequested(const QString &persistentID);
+    // Tracks were added, removed or changed their values (from any thread, after the change;
+    // the ids of removed tracks are no longer held).
+    void tracksChanged(const QList<qint64> &trackIds);
 
 private:
     struct TrackRow

@@ -1,5 +1,7 @@
 #include "player/library/trackcolumns.h"
 
+#include "player/playervalues.h"
+
 #include <QDateTime>
 #include <QHash>
 
@@ -112,10 +114,5 @@ QVariant columnValueFromSql(ColumnType type, const QVariant &value)
 
 QString formattedDuration(double duration)
 {
-    const qint64 seconds = qRound64(duration);
-    if (seconds >= 3600)
-        return QStringLiteral("%1:%2:%3").arg(seconds / 3600)
-            .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
-            .arg(seconds % 60, 2, 10, QLatin1Char('0'));
-    return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+    return durationText(duration);
 }

@@ -162,14 +162,4 @@ QVariantMap playerInfo(FourCharCode playerState, const Metadata &metadata)
     return info;
 }
 
-QString timeText(double seconds)
-{
-    const qint64 total = qint64(std::llround(std::max(seconds, 0.0)));
-    const qint64 hours = total / 3600, minutes = total / 60 % 60, rest = total % 60;
-    const QString tail = QStringLiteral("%1").arg(rest, 2, 10, QLatin1Char('0'));
-    if (hours > 0)
-        return QStringLiteral("%1:%2:%3").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')).arg(tail);
-    return QStringLiteral("%1:%2").arg(minutes).arg(tail);
-}
-
 } // namespace Mpris

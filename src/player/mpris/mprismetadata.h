@@ -58,6 +58,6 @@ private:
 QVariantMap playerInfo(FourCharCode playerState, const Metadata &metadata);
 
 // "3:05", "1:02:03"
-QString timeText(double seconds);
+
 
 } // namespace Mpris

@@ -1,5 +1,7 @@
 #include "player/mpris/mpristrack.h"
 
+#include "player/playervalues.h"
+
 #include <QFileInfo>
 
 namespace {
@@ -55,7 +57,7 @@ QVariant MprisTrack::read(Prop property)
     case Prop::bpm: return metadata_.integer(QStringLiteral("xesam:audioBPM"));
     case Prop::year: return metadata_.year();
     case Prop::duration: return seconds;
-    case Prop::time: return seconds > 0 ? Mpris::timeText(seconds) : QString();
+    case Prop::time: return seconds > 0 ? durationText(seconds) : QString();
     case Prop::mediaKind: return kMdS;
     case Prop::videoKind: return kNon;
     case Prop::enabled: return true;
