@@ -2,7 +2,10 @@
 
 #include "player/library/gui/librarytrackmodel.h"
 
-LibraryFilterModel::LibraryFilterModel(QObject *parent) : QSortFilterProxyModel(parent)
+LibraryFilterModel::LibraryFilterModel(QObject *parent)
+    : QSortFilterProxyModel(parent),
+      // The C locale collates by code point, which puts "Ágætis" after "Zebra".
+      collator_(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale())
 {
     collator_.setCaseSensitivity(Qt::CaseInsensitive);
     collator_.setNumericMode(true);

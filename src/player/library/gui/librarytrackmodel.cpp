@@ -36,7 +36,7 @@ LibraryTrackModel::LibraryTrackModel(LibraryStore *store, QObject *parent)
     if (!store_)
         return;
     connect(store_, &LibraryStore::tracksChanged, this, &LibraryTrackModel::noteChanged,
-            Qt::QueuedConnection);
+            Qt::DirectConnection);
     const QList<qint64> ids = store_->trackIds();
     rows_.reserve(ids.size());
     for (qint64 id : ids)
@@ -184,19 +184,25 @@ int LibraryTrackModel::rowOfPersistentID(const QString &persistentID) const
 
 void LibraryTrackModel::noteChanged(const QList<qint64> &ids)
 {
+    QMutexLocker locker(&pendingMutex_);
+    const bool first = pending_.isEmpty();
     for (qint64 id : ids)
         pending_.insert(id);
-    if (!applyTimer_.isActive())
-        applyTimer_.start();
+    if (first)
+        QMetaObject::invokeMethod(&applyTimer_, qOverload<>(&QTimer::start), Qt::QueuedConnection);
 }
 
 void LibraryTrackModel::applyPendingChanges()
 {
     applyTimer_.stop();
-    if (!store_ || pending_.isEmpty())
+    QList<qint64> ids;
+    {
+        QMutexLocker locker(&pendingMutex_);
+        ids = QList<qint64>(pending_.begin(), pending_.end());
+        pending_.clear();
+    }
+    if (ids.isEmpty())
         return;
-    QList<qint64> ids(pending_.begin(), pending_.end());
-    pending_.clear();
     std::sort(ids.begin(), ids.end()); // new tracks then appear in the order they were added
 
     QList<Row> added;

@@ -2,6 +2,7 @@
 
 #include <QAbstractTableModel>
 #include <QHash>
+#include <QMutex>
 #include <QSet>
 #include <QTimer>
 
@@ -12,7 +13,8 @@ class LibraryStore;
 // The library's tracks as table rows for the library window. Keeps its own copy of the shown
 // values, so painting and sorting never wait on the store's lock (the organizer may hold it on
 // a worker thread while it saves a file). The copy follows the store's tracksChanged(), which
-// may come from any thread; changes are gathered and applied together a moment later.
+// may come from any thread; changes are gathered and applied together a moment later, or at
+// once by applyPendingChanges().
 //
 // Lives on the GUI thread; owned by the library window controller.
 class LibraryTrackModel : public QAbstractTableModel
@@ -78,6 +80,7 @@ private:
     QList<Row> rows_;
     QHash<qint64, int> rowOfId_;
     QHash<QString, int> rowOfPersistentID_;
+    QMutex pendingMutex_; // pending_ is filled on the thread of each change
     QSet<qint64> pending_;
     QTimer applyTimer_;
 };

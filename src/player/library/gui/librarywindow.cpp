@@ -12,7 +12,27 @@
 #include <QTableView>
 #include <QToolBar>
 
+#include <QStyledItemDelegate>
+
 #include <algorithm>
+
+namespace {
+
+// Paths are told apart by their ends: the file and its folder.
+class MiddleElidingDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->textElideMode = Qt::ElideMiddle;
+    }
+};
+
+} // namespace
 
 LibraryWindow::LibraryWindow(LibraryTrackModel *tracks, QWidget *parent)
     : QMainWindow(parent),
@@ -76,6 +96,8 @@ LibraryWindow::LibraryWindow(LibraryTrackModel *tracks, QWidget *parent)
     table_->verticalHeader()->hide();
     table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     table_->horizontalHeader()->setHighlightSections(false);
+    table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    table_->setItemDelegateForColumn(LibraryTrackModel::Location, new MiddleElidingDelegate(table_));
     table_->horizontalHeader()->setStretchLastSection(true);
     table_->horizontalHeader()->setSectionsMovable(true);
     table_->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -104,22 +126,37 @@ LibraryWindow::LibraryWindow(LibraryTrackModel *tracks, QWidget *parent)
     connect(filter_, &QAbstractItemModel::layoutChanged, this, &LibraryWindow::updateStatus);
     updateStatus();
     updateActions();
-    resize(1200, 700);
+    resize(1240, 720);
 }
 
 void LibraryWindow::setInitialColumnWidths()
 {
-    // In average characters, so the table suits the font it is shown in.
-    const int unit = fontMetrics().averageCharWidth();
+    // Measured in the table's font: text columns by a typical length, the others by their
+    // widest value; never narrower than the title with its sort arrow.
+    const QFontMetrics metrics = table_->fontMetrics();
+    const int average = metrics.averageCharWidth();
+    const int padding = 2 * table_->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 10;
+    const auto text = [&](const QString &sample) { return metrics.horizontalAdvance(sample); };
     const QList<QPair<int, int>> widths = {
-        {LibraryTrackModel::Name, 30},  {LibraryTrackModel::Artist, 20},
-        {LibraryTrackModel::Album, 24}, {LibraryTrackModel::AlbumArtist, 18},
-        {LibraryTrackModel::Genre, 12}, {LibraryTrackModel::Year, 6},
-        {LibraryTrackModel::Track, 9},  {LibraryTrackModel::Disc, 8},
-        {LibraryTrackModel::Time, 7},   {LibraryTrackModel::Rating, 10},
-        {LibraryTrackModel::Kind, 18},  {LibraryTrackModel::Location, 40}};
-    for (const auto &[column, characters] : widths)
-        table_->setColumnWidth(column, characters * unit);
+        {LibraryTrackModel::Name, 26 * average},
+        {LibraryTrackModel::Artist, 18 * average},
+        {LibraryTrackModel::Album, 20 * average},
+        {LibraryTrackModel::AlbumArtist, 16 * average},
+        {LibraryTrackModel::Genre, 11 * average},
+        {LibraryTrackModel::Year, text(QStringLiteral("8888"))},
+        {LibraryTrackModel::Track, text(QStringLiteral("88 of 88"))},
+        {LibraryTrackModel::Disc, text(QStringLiteral("8 of 8"))},
+        {LibraryTrackModel::Time, text(QStringLiteral("88:88"))},
+        {LibraryTrackModel::Rating, text(QString(5, QChar(0x2605)))},
+        {LibraryTrackModel::Kind, text(QStringLiteral("Ogg Vorbis audio file"))},
+        {LibraryTrackModel::Location, 12 * average}};
+    QHeaderView *header = table_->horizontalHeader();
+    const int arrow = header->style()->pixelMetric(QStyle::PM_HeaderMarkSize) + 12;
+    for (const auto &[column, width] : widths) {
+        const QString title = tracks_->headerData(column, Qt::Horizontal).toString();
+        table_->setColumnWidth(column, std::max(width + padding,
+                                                header->fontMetrics().horizontalAdvance(title) + arrow));
+    }
 }
 
 QList<int> LibraryWindow::selectedTrackRows() const

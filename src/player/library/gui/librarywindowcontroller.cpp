@@ -9,6 +9,7 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStatusBar>
 
 LibraryWindowController::LibraryWindowController(std::shared_ptr<LibraryBackend> library,
@@ -66,6 +67,11 @@ LibraryWindowController::~LibraryWindowController()
 {
     // The importer's thread finishes its step before the window and model go.
     delete importer_;
+}
+
+ImportReportDialog *LibraryWindowController::importReport() const
+{
+    return importReport_;
 }
 
 void LibraryWindowController::showWindow()

@@ -39,7 +39,7 @@ public:
     void reveal(const QString &persistentID);
 
     // The report of the last import that refused files, while it is open.
-    ImportReportDialog *importReport() const { return importReport_; }
+    ImportReportDialog *importReport() const;
 
 signals:
     void importFinished();

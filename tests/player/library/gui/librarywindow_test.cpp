@@ -21,6 +21,11 @@
 
 #include <thread>
 
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
 namespace {
 
 using Column = LibraryTrackModel::Column;
@@ -242,6 +247,7 @@ TEST_F(LibraryWindowTest, DoubleClickOpensTheTrackProperties)
     ASSERT_TRUE(QTest::qWaitForWindowExposed(controller.window()));
     const int row = int(shown(Column::Name).indexOf("Wake Up"));
     const QRect cell = table()->visualRect(table()->model()->index(row, Column::Artist));
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
     QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
 
     const auto dialogs = controller.window()->findChildren<TrackPropertiesDialog *>();
