@@ -27,9 +27,26 @@ private:
     bool lyricsHidden_ = false;
 };
 
+ProgramServiceFactory::FunctionPoolWindowMaker &functionPoolWindowMaker()
+{
+    static ProgramServiceFactory::FunctionPoolWindowMaker maker;
+    return maker;
+}
+
 } // namespace
 
 std::shared_ptr<TuneController> ProgramServiceFactory::createTuneController()
 {
     return std::make_shared<PlaceholderTuneController>();
+}
+
+void ProgramServiceFactory::setFunctionPoolWindowMaker(FunctionPoolWindowMaker maker)
+{
+    functionPoolWindowMaker() = std::move(maker);
+}
+
+std::shared_ptr<FunctionPoolWindowController> ProgramServiceFactory::createFunctionPoolWindowController()
+{
+    const FunctionPoolWindowMaker &maker = functionPoolWindowMaker();
+    return maker ? maker(functionPoolWindowHooks) : nullptr;
 }

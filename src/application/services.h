@@ -3,6 +3,7 @@
 #include <QPoint>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 // The services and windows the application controller owns and calls, as far as it calls them.
@@ -180,11 +181,27 @@ public:
     virtual std::shared_ptr<AppLinks> createAppLinks() = 0;
 };
 
+// What the organizer window calls outside itself. Unset hooks are skipped.
+struct FunctionPoolWindowHooks
+{
+    std::function<void(int option)> killTargetWindow; // AppController::killTargetWindow
+    std::function<void()> openLibraryWindow;
+};
+
 // The factory of the program as far as it is built: a placeholder controller that is always
 // visible stands in for the status strip, and everything else is absent.
 class ProgramServiceFactory : public ServiceFactory
 {
 public:
+    // The organizer window is made with widgets, which this module cannot see: the widget
+    // module installs its maker when it is linked into the program.
+    using FunctionPoolWindowMaker =
+        std::function<std::shared_ptr<FunctionPoolWindowController>(const FunctionPoolWindowHooks &hooks)>;
+    static void setFunctionPoolWindowMaker(FunctionPoolWindowMaker maker);
+
+    // Set by the program once the application controller exists.
+    FunctionPoolWindowHooks functionPoolWindowHooks;
+
     std::shared_ptr<TuneController> createTuneController() override;
     std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
     QString lastFMPreferencesUserName() override { return {}; }
@@ -193,7 +210,7 @@ public:
     std::shared_ptr<OVCurrentTrackAction> createCurrentTrackAction() override { return nullptr; }
     std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() override { return nullptr; }
     std::shared_ptr<TrackLyricsWindowController> createTrackLyricsWindowController() override { return nullptr; }
-    std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() override { return nullptr; }
+    std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() override;
     std::shared_ptr<TuneControllerNavigatonWindowController> createNavigationWindowController() override
     {
         return nullptr;
