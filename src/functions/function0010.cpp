@@ -1,0 +1,94 @@
+#include "functions/function0010.h"
+
+#include "functions/tagcomposition.h"
+#include "pool/functionpoolcontroller.h"
+#include "pool/poolfunctionregistry.h"
+
+#include <QFileInfo>
+
+namespace {
+
+const PoolFunctionRegistry::Registration registration(
+    10, QStringLiteral("Album folder names from tags"),
+    [](FunctionPoolController *pool) { return new Function0010(pool); });
+
+} // namespace
+
+Function0010::Function0010(FunctionPoolController *pool, QObject *parent)
+    : PoolFunction(pool, parent), follower_(pool)
+{
+}
+
+qint64 Function0010::doMyFunctionPre()
+{
+    follower_.reset();
+    return 1;
+}
+
+QString Function0010::leadingZero(const QString &text, qint64 tagNo) const
+{
+    return tagNo == 7 && yourLeadZeroCD ? textWithLeadingZero(text) : text;
+}
+
+QString Function0010::composedName(const ITunesTrack &track) const
+{
+    const TagNameRecipe recipe{yourPrefix, {yourTag1, yourTag2, yourTag3}, {yourDel1, yourDel2}, yourSuffix};
+    return composeNameFromTags(track, recipe, [this](const QString &text, qint64 tagNo) {
+        return leadingZero(text, tagNo);
+    });
+}
+
+void Function0010::doMyFunctionMain(const ITunesTrack &track)
+{
+    const QString folder = parentFolder(track.as<ITunesFileTrack>().location());
+    const QString album = myFunctionPool()->subAlbumFolderPath(folder);
+    const QString name = composedName(track);
+    if (name.isEmpty())
+        return;
+
+    const QString target = parentFolder(album) + QLatin1Char('/') + name;
+    if (name != lastPathComponent(album)) {
+        follower_.prepare();
+        QString source = album;
+        if (QFileInfo::exists(target)) {
+            const QString detour = target + name;
+            if (renameOnDisk(source, detour))
+                source = detour;
+        }
+        if (renameOnDisk(source, target))
+            source = target;
+        if (source != album)
+            follower_.folderDidMove(album, source);
+        myFunctionPool()->setYourLogNo(1);
+    }
+    if (yourWriteToComment) {
+        track.setComment(lastPathComponent(target));
+        myFunctionPool()->setYourLogNo(1);
+    }
+}
+
+PanelDescription Function0010::panelDescription() const
+{
+    using Kind = PanelField::Kind;
+    PanelDescription panel;
+    panel.title = QStringLiteral("Album folder names from tags");
+    panel.summary = QStringLiteral("Renames the album folder of each track after its tags, for "
+                                   "example \"Album Artist - Album\".");
+    const auto tag = [](const char *property, const QString &label) {
+        PanelField field{Kind::Tag, QString::fromLatin1(property), label};
+        field.choiceValues = readableTagChoices();
+        return field;
+    };
+    panel.fields = {
+        {Kind::Text, QStringLiteral("yourPrefix"), QStringLiteral("Prefix")},
+        tag("yourTag1", QStringLiteral("First tag")),
+        {Kind::Text, QStringLiteral("yourDel1"), QStringLiteral("Delimiter")},
+        tag("yourTag2", QStringLiteral("Second tag")),
+        {Kind::Text, QStringLiteral("yourDel2"), QStringLiteral("Delimiter")},
+        tag("yourTag3", QStringLiteral("Third tag")),
+        {Kind::Text, QStringLiteral("yourSuffix"), QStringLiteral("Suffix")},
+        {Kind::Check, QStringLiteral("yourLeadZeroCD"), QStringLiteral("Disc numbers with a leading zero")},
+        {Kind::Check, QStringLiteral("yourWriteToComment"), QStringLiteral("Write the folder's name to the comment")},
+    };
+    return panel;
+}
