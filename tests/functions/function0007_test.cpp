@@ -39,7 +39,7 @@ protected:
     qint64 check(int number, const QVariantMap &settings)
     {
         for (auto it = settings.begin(); it != settings.end(); ++it)
-            pool->myFunction(number)->setProperty(it.key().toLatin1().constData(), it.value());
+            set(number, it.key().toLatin1().constData(), it.value());
         return pool->myFunction(number)->doMyFunctionCheck();
     }
 };
@@ -105,7 +105,7 @@ TEST_F(SplitTest, IncompleteOrContradictorySettingsAreRefused)
     EXPECT_EQ(check(9, {{"yourDel", ""}}), -1);
     EXPECT_EQ(check(9, kFolderNameDefaults), 1);
     EXPECT_EQ(check(9, {{"yourIgnoreFromEnd", -1}}), -2);
-    EXPECT_EQ(check(9, noTags), -1);
+    EXPECT_EQ(check(9, {{"yourTag1", 0}, {"yourTag2", 0}}), -1);
 
 }
 
