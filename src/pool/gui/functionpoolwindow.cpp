@@ -80,6 +80,7 @@ FunctionPoolWindow::FunctionPoolWindow(QWidget *parent) : QMainWindow(parent)
     navigator_ = new QListWidget(this);
     navigator_->setObjectName(QStringLiteral("functionNavigator"));
     navigator_->setUniformItemSizes(true);
+    navigator_->setSpacing(2);
     viewStack_ = new QStackedWidget(this);
     views_.insert(kStartPanel, makeStartView());
     viewStack_->addWidget(views_.value(kStartPanel));
@@ -93,8 +94,10 @@ FunctionPoolWindow::FunctionPoolWindow(QWidget *parent) : QMainWindow(parent)
         views_.insert(entry.number, view);
         viewStack_->addWidget(view);
     }
-    connect(navigator_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem *item) {
-        clickFunctionNavigator(item ? item->data(Qt::UserRole).toLongLong() : kStartPanel);
+    // Selection, not the current item: focus alone makes the first item current.
+    connect(navigator_, &QListWidget::itemSelectionChanged, this, [this] {
+        const QList<QListWidgetItem *> selected = navigator_->selectedItems();
+        clickFunctionNavigator(selected.isEmpty() ? kStartPanel : selected.first()->data(Qt::UserRole).toLongLong());
     });
 
     auto *splitter = new QSplitter(this);
@@ -102,8 +105,8 @@ FunctionPoolWindow::FunctionPoolWindow(QWidget *parent) : QMainWindow(parent)
     splitter->addWidget(viewStack_);
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
-    navigator_->setMinimumWidth(220);
-    splitter->setSizes({240, 640});
+    navigator_->setMinimumWidth(240);
+    splitter->setSizes({270, 630});
     setCentralWidget(splitter);
     switchToFunctionView(kStartPanel);
     resize(900, 600);
@@ -125,9 +128,11 @@ void FunctionPoolWindow::makeToolbar()
     toolbar->toggleViewAction()->setVisible(false);
     QAction *preferences = toolbar->addAction(style()->standardIcon(QStyle::SP_FileDialogDetailedView),
                                               text("0008.0001"));
+    preferences->setShortcut(QKeySequence(QStringLiteral("Ctrl+,")));
     connect(preferences, &QAction::triggered, this, [this] { clickToolbarItem(PreferencesItem); });
     QAction *log = toolbar->addAction(style()->standardIcon(QStyle::SP_FileDialogContentsView), text("0008.0002"));
     log->setToolTip(text("0008.0003"));
+    log->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
     connect(log, &QAction::triggered, this, [this] { clickToolbarItem(LogItem); });
     libraryAction_ = toolbar->addAction(style()->standardIcon(QStyle::SP_DirHomeIcon), text("0008.0004"));
     libraryAction_->setEnabled(false);
@@ -215,7 +220,9 @@ void FunctionPoolWindow::switchToFunctionView(qint64 number)
         if (navigator_->item(row)->data(Qt::UserRole).toLongLong() == number)
             selected = navigator_->item(row);
     const QSignalBlocker blocker(navigator_);
-    navigator_->setCurrentItem(selected);
+    navigator_->clearSelection();
+    if (selected)
+        navigator_->setCurrentItem(selected);
 }
 
 void FunctionPoolWindow::clickFunctionRun()

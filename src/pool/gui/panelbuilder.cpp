@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QFrame>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -84,6 +85,9 @@ bool sameValue(const QVariant &shown, const QVariant &choice)
     return converted.convert(shown.metaType()) && converted == shown;
 }
 
+constexpr int kCheckColumns = 3;
+constexpr int kChecksInColumns = 7;
+
 int clampToInt(qint64 value)
 {
     return int(std::clamp<qint64>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
@@ -101,6 +105,8 @@ public:
     }
 
     void add(const PanelField &field);
+    // Many check boxes in a row of fields of one group share a grid of columns.
+    void addChecks(const QList<PanelField> &checks);
     void finish() { column_->addStretch(1); }
 
 private:
@@ -131,6 +137,7 @@ QFormLayout *PanelAssembler::formFor(const PanelField &field)
             auto *box = new QWidget(panel_);
             looseForm_ = new QFormLayout(box);
             looseForm_->setContentsMargins(0, 0, 0, 0);
+            looseForm_->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
             column_->addWidget(box);
         }
         return looseForm_;
@@ -140,7 +147,7 @@ QFormLayout *PanelAssembler::formFor(const PanelField &field)
         return form;
     auto *box = new QGroupBox(text(field.group), panel_);
     auto *form = new QFormLayout(box);
-    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     column_->addWidget(box);
     groups_.insert(field.group, form);
     return form;
@@ -156,6 +163,21 @@ void PanelAssembler::add(const PanelField &field)
     QWidget *widget = makeField(field, form);
     if (widget)
         bindEnabled(field, widget, form);
+}
+
+void PanelAssembler::addChecks(const QList<PanelField> &checks)
+{
+    QFormLayout *form = formFor(checks.first());
+    buttonRow_ = nullptr;
+    buttonRowForm_ = nullptr;
+    auto *grid = new QGridLayout;
+    const int rows = int(checks.size() + kCheckColumns - 1) / kCheckColumns;
+    for (int i = 0; i < checks.size(); ++i) {
+        QWidget *check = checkField(checks.at(i));
+        grid->addWidget(check, i % rows, i / rows);
+        bindEnabled(checks.at(i), check, form);
+    }
+    form->addRow(grid);
 }
 
 QWidget *PanelAssembler::makeField(const PanelField &field, QFormLayout *form)
@@ -367,8 +389,19 @@ QWidget *PanelBuilder::build(const PanelDescription &description, QObject *targe
 {
     auto *panel = new QWidget(parent);
     PanelAssembler assembler(target, panel);
-    for (const PanelField &field : description.fields)
-        assembler.add(field);
+    const QList<PanelField> &fields = description.fields;
+    for (qsizetype i = 0; i < fields.size();) {
+        qsizetype end = i;
+        while (end < fields.size() && fields.at(end).kind == PanelField::Kind::Check
+               && fields.at(end).group == fields.at(i).group)
+            ++end;
+        if (end - i >= kChecksInColumns) {
+            assembler.addChecks(fields.mid(i, end - i));
+            i = end;
+        } else {
+            assembler.add(fields.at(i++));
+        }
+    }
     assembler.finish();
     return panel;
 }
