@@ -277,8 +277,18 @@ void LibraryStore::flushFromTimer()
 
 void LibraryStore::flush(qint64 id)
 {
-    const PendingSave pending = pending_.take(id);
+    PendingSave pending = pending_.take(id);
     if (!rows_.contains(id))
+        return;
+    // A tag written back to what it was is no change: a file whose tags all end as they were
+    // is not rewritten, so it keeps its modification time.
+    for (auto it = pending.tags.begin(); it != pending.tags.end();) {
+        if (pending.originals.value(it.key()) == it.value())
+            it = pending.tags.erase(it);
+        else
+            ++it;
+    }
+    if (pending.tags.isEmpty() && !pending.pictures)
         return;
     const QString path = row(id).path;
     AudioFile file(path);

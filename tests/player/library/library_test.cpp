@@ -8,6 +8,8 @@
 #include "player/library/trackcolumns.h"
 
 #include <QBuffer>
+#include <QDateTime>
+#include <QFileInfo>
 #include <QCoreApplication>
 #include <QImage>
 #include <QSqlQuery>
@@ -298,3 +300,27 @@ TEST_F(LibraryTest, WorkerSavesPerTrackAndOtherWritersWithinASecond)
 }
 
 } // namespace
+
+TEST_F(LibraryTest, TagsWrittenBackToWhatTheyWereLeaveTheFileUntouched)
+{
+    const ITunesFileTrack track = addOne("same.mp3");
+    track.setName(QStringLiteral("Kept"));
+    track.saveTags();
+    const QString path = track.location();
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QDateTime backdated = QFileInfo(path).lastModified().addSecs(-60);
+    ASSERT_TRUE(file.setFileTime(backdated, QFileDevice::FileModificationTime));
+    file.close();
+
+    track.setName(QStringLiteral("Kept"));
+    track.setArtist(QStringLiteral("Passing"));
+    track.setArtist(QString());
+    track.saveTags();
+    EXPECT_EQ(QFileInfo(path).lastModified(), backdated);
+
+    track.setName(QStringLiteral("Changed"));
+    track.saveTags();
+    EXPECT_NE(QFileInfo(path).lastModified(), backdated);
+    EXPECT_EQ(mutagenTag(path, "title"), QStringLiteral("Changed"));
+}
