@@ -13,6 +13,7 @@ packages=(
   fonts-dejavu-core gnome-keyring dbus
   mpv mpv-mpris xvfb xauth xdotool
   ffmpeg python3 python3-mutagen
+  kid3-cli
 )
 
 missing=()
