@@ -1,9 +1,12 @@
+#include "applicationmenu.h"
 #include "playerwiring.h"
 #include "quitsignals.h"
 
 #include "application/appcontroller.h"
 #include "application/applicationui_widgets.h"
 #include "orvaneversion.h"
+#include "player/library/gui/librarywindowcontroller.h"
+#include "player/library/librarybackend.h"
 
 #include <QApplication>
 
@@ -17,13 +20,24 @@ int main(int argc, char *argv[])
     // The program lives in the status strip and goes on without any window open.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    const auto player = createPlayerBackend();
-    PlayerBackends::setDefaultBackend(player);
-    PlayerBackends::setLibraryBackend(player->library());
+    const ProgramPlayer program = createPlayerBackend();
+    PlayerBackends::setDefaultBackend(program.player);
+    PlayerBackends::setLibraryBackend(program.library);
+    // Made at start, so that a track revealed through the player shows in the window.
+    LibraryWindowController libraryWindow(program.library);
 
     WidgetApplicationUi ui;
     ProgramServiceFactory services;
     AppController controller(ui, services);
+    services.functionPoolWindowHooks.killTargetWindow = [&controller](int option) {
+        controller.killTargetWindow(option);
+    };
+    services.functionPoolWindowHooks.openLibraryWindow = [&libraryWindow] { libraryWindow.showWindow(); };
+
+    ApplicationMenu menu({[&libraryWindow] { libraryWindow.showWindow(); },
+                          [&controller] { controller.clickNavigationMenuFunctionPool(); },
+                          [&controller] { controller.chooseOptionTerminate(); }});
+    menu.show();
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &controller,
                      &AppController::applicationWillTerminate);
 

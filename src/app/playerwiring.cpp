@@ -7,7 +7,7 @@
 
 #include <QDebug>
 
-std::shared_ptr<CompositePlayer> createPlayerBackend()
+ProgramPlayer createPlayerBackend()
 {
     auto library = std::make_shared<LibraryBackend>();
     if (!library->isRunning())
@@ -21,5 +21,5 @@ std::shared_ptr<CompositePlayer> createPlayerBackend()
         const auto library = weakLibrary.lock();
         return library ? library->trackWithLocation(filePath) : nullptr;
     });
-    return std::make_shared<CompositePlayer>(library, player);
+    return {library, std::make_shared<CompositePlayer>(library, player)};
 }
