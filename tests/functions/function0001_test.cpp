@@ -33,9 +33,6 @@ protected:
     void SetUp() override
     {
         PoolTest::SetUp();
-        // An earlier test of this process may have emptied the registry.
-        PoolFunctionRegistry::registerFunction(1, QStringLiteral("Search and replace"),
-                                               [](FunctionPoolController *p) { return new Function0001(p); });
         makePool({});
         pool->myPreferences()->setPrefLogChangedTracks(true);
         pool->myPreferences()->setPrefLogUnchangedTracks(true);

@@ -8,18 +8,14 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
-// The engine over the in-memory player with the program's own functions 11 to 18. The engine
-// fixture empties the registry after each test, so the functions' own registrations, as seen
-// at the first test, are put back before each one.
+// The engine over the in-memory player with the program's own functions, as they registered
+// themselves.
 class TagToolTest : public PoolTest
 {
 protected:
     void SetUp() override
     {
-        static const QList<PoolFunctionRegistry::Entry> ownEntries = PoolFunctionRegistry::entries();
         PoolTest::SetUp();
-        for (const auto &entry : ownEntries)
-            PoolFunctionRegistry::registerFunction(entry.number, entry.title, entry.factory);
         makePool({});
         QObject::connect(pool->myFunctionPoolLog(), &FunctionPoolLog::logEntryAdded,
                          [this](qint64 state, const QString &) { states.append(state); });

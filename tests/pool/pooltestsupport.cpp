@@ -61,13 +61,17 @@ void TestFunction::record(const QString &call)
 void PoolTest::SetUp()
 {
     player->makeDefault();
+    registeredBefore_ = PoolFunctionRegistry::entries();
 }
 
 void PoolTest::TearDown()
 {
     pool.reset();
+    // The program's own functions registered themselves at start; a test's stand-ins leave.
     for (const auto &entry : PoolFunctionRegistry::entries())
         PoolFunctionRegistry::unregisterFunction(entry.number);
+    for (const auto &entry : registeredBefore_)
+        PoolFunctionRegistry::registerFunction(entry.number, entry.title, entry.factory);
     PlayerBackends::setDefaultBackend(nullptr);
 }
 

@@ -3,6 +3,7 @@
 #include "player/memoryplayer.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/poolfunction.h"
+#include "pool/poolfunctionregistry.h"
 
 #include <QStringList>
 
@@ -77,7 +78,8 @@ private:
     QStringList calls_;
 };
 
-// A memory player as the default backend, TestFunction registered under the given numbers,
+// A memory player as the default backend, TestFunction registered under the given numbers (the
+// registry is as it was again after each test),
 // an engine with a recording front end, and confirmation off unless a test turns it on.
 class PoolTest : public ::testing::Test
 {
@@ -97,4 +99,7 @@ protected:
     MemoryPlayerPtr player = MemoryPlayer::create();
     RecordingFrontEnd frontEnd;
     std::unique_ptr<FunctionPoolController> pool;
+
+private:
+    QList<PoolFunctionRegistry::Entry> registeredBefore_;
 };
