@@ -4,6 +4,7 @@
 #include "application/apppreferences.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/functionpoollog.h"
+#include "pool/gui/functionsheetregistry.h"
 #include "pool/gui/panelbuilder.h"
 #include "pool/gui/poolpreferencessheet.h"
 #include "pool/gui/poolsheets.h"
@@ -179,6 +180,7 @@ QWidget *FunctionPoolWindow::makeFunctionView(qint64 number, const QString &titl
     bottom->addStretch(1);
     bottom->addWidget(run);
     layout->addLayout(bottom);
+    FunctionSheetRegistry::attachSheets(number, function, this);
     return view;
 }
 
