@@ -153,7 +153,7 @@ void ProgressSheet::empty()
     counter_ = 0;
     total_ = 0;
     bar_->setRange(0, 0); // busy until the total is known
-    comment_->clear();
+    setComment({});
     counts_->setText(ov_localizedString(QStringLiteral("0008.0011")).arg(0).arg(0));
 }
 
@@ -176,7 +176,9 @@ void ProgressSheet::update(qint64 counter)
 
 void ProgressSheet::setComment(const QString &text)
 {
+    // An empty line above the bar looks like a message that failed to appear.
     comment_->setText(text);
+    comment_->setVisible(!text.isEmpty());
 }
 
 void ProgressSheet::setCancelEnabled(bool enabled)
