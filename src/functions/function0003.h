@@ -25,9 +25,7 @@ public:
     explicit Function0003(FunctionPoolController *pool, QObject *parent = nullptr);
 
     qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     qint64 yourCopySwapChoose() const { return yourCopySwapChoose_; }

@@ -24,9 +24,7 @@ public:
     explicit Function0004(FunctionPoolController *pool, QObject *parent = nullptr);
 
     qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     bool enableCutByNumeric() const { return yourCutChoose_ == kCutByNumber; }

@@ -24,9 +24,7 @@ public:
     using PoolFunction::PoolFunction;
 
     qint64 doMyFunctionCheck() override { return 1; }
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     // The tag's text as it goes into the name: one-character disc and track numbers get a

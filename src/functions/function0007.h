@@ -21,9 +21,7 @@ public:
     using PoolFunction::PoolFunction;
 
     qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     // 1: a name without the delimiter is left alone; 2: it goes whole to yourOptionTag.

@@ -18,9 +18,7 @@ public:
     using PoolFunction::PoolFunction;
 
     qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     qint64 yourTag1 = 4;

@@ -25,7 +25,6 @@ public:
     qint64 doMyFunctionCheck() override { return 1; }
     qint64 doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     // A one-character disc number gets a leading zero when the settings ask for it.

@@ -27,9 +27,7 @@ public:
     bool enableCountTracksOption() const { return yourCountTracks_; }
 
     qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     // The highest disc number among the disc folder names: folders CD1 and CD3 make three.

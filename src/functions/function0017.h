@@ -78,9 +78,7 @@ public:
     bool enableRemoveSpaces() const { return yourOptionChoosen_ == 4; }
 
     qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override { return 1; }
     void doMyFunctionMain(const ITunesTrack &track) override;
-    void doMyFunctionEnd() override {}
     PanelDescription panelDescription() const override;
 
     // Segment 0 ticks every tag of the group, any other segment clears them.

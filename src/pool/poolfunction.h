@@ -29,11 +29,12 @@ public:
     virtual qint64 doMyFunctionCheck() = 0;
     // Main thread, progress sheet up. Negative: alert code; 0: stop; 14: the function starts
     // the worker itself (poolFunctionStartThread); 2: no track loop; other: the track loop.
-    virtual qint64 doMyFunctionPre() = 0;
+    // Most functions have nothing to prepare and go on.
+    virtual qint64 doMyFunctionPre() { return 1; }
     // Worker thread, once per track; counters start at 0.
     virtual void doMyFunctionMain(const ITunesTrack &track) = 0;
     // Worker thread, after the last track or after cancel.
-    virtual void doMyFunctionEnd() = 0;
+    virtual void doMyFunctionEnd() {}
 
     // The function's panel in the organizer window, built from this description.
     virtual PanelDescription panelDescription() const { return {}; }
