@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-  g++ cmake ninja-build pkg-config
+  g++ cmake ninja-build pkg-config ccache
   libgtest-dev libgmock-dev libbenchmark-dev
   libicu-dev libxml2-dev libsqlite3-dev
   qt6-base-dev libqt6sql6-sqlite qt6-image-formats-plugins
