@@ -250,11 +250,15 @@ void FunctionPoolController::joinWorker()
 void FunctionPoolController::poolFunctionMain(qint64 number)
 {
     try {
+        // A run that stopped with an alert leaves the state to the alert, which sets idle on
+        // the main thread; a second idle from here could land in the next run.
+        bool endedNormally = true;
         if (number == kSkipLoopResult)
             poolFunctionEnd();
         else
-            poolFunctionLoop();
-        setRunState(RunState::Idle);
+            endedNormally = poolFunctionLoop();
+        if (endedNormally)
+            setRunState(RunState::Idle);
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
         stopWithAlert(0);
@@ -294,7 +298,7 @@ QList<ITunesTrack> FunctionPoolController::fetchTrackSet(bool &libraryMissing)
     return tracks;
 }
 
-void FunctionPoolController::poolFunctionLoop()
+bool FunctionPoolController::poolFunctionLoop()
 {
     yourCurrentFunctionCancel_ = false;
     poolProgressMessage(1);
@@ -305,18 +309,18 @@ void FunctionPoolController::poolFunctionLoop()
     const QList<ITunesTrack> tracks = fetchTrackSet(libraryMissing);
     if (libraryMissing) {
         stopWithAlert(-4);
-        return;
+        return false;
     }
     if (yourLastErrorNo_ < 0) {
         stopWithAlert(-14);
-        return;
+        return false;
     }
     poolProgressMessage(0);
     const qint64 count = tracks.size();
     const qint64 number = yourCurrentFunctionNo_;
     if (count <= 0 && number != kLibrarySynchronizeFunction) {
         stopWithAlert(yourCurrentFunctionTyp_ == kTypSelection ? -7 : -8);
-        return;
+        return false;
     }
     onMainThread([this, count] { poolProgressValues(count); }, true);
     onMainThread([this] {
@@ -355,6 +359,7 @@ void FunctionPoolController::poolFunctionLoop()
         }
     }
     poolFunctionEnd();
+    return true;
 }
 
 QString FunctionPoolController::trackInfoText(const ITunesTrack &track, const QString &path) const

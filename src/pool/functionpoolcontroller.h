@@ -110,7 +110,7 @@ private:
 
     // Worker thread.
     void poolFunctionMain(qint64 number);
-    void poolFunctionLoop();
+    bool poolFunctionLoop(); // false when it stopped with an alert
     void poolFunctionEnd();
     void stopWithAlert(qint64 code); // closes the progress, then the alert on the main thread
     QList<ITunesTrack> fetchTrackSet(bool &libraryMissing);

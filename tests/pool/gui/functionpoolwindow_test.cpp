@@ -121,9 +121,11 @@ TEST_F(FunctionPoolWindowTest, ConfirmationBoxTickedWithTheSecondButtonTurnsConf
 TEST_F(FunctionPoolWindowTest, ProgressSheetShowsTheEnginesValuesAndCancelStopsTheRun)
 {
     selectTracks(3);
+    std::atomic<bool> trackStarted = false;
     std::atomic<bool> cancelSeen = false;
     function()->onTrack = [&](const ITunesTrack &) {
         // The first track holds the run until the sheet's Cancel has reached the engine.
+        trackStarted = true;
         const QDeadlineTimer deadline(5000);
         while (!pool()->yourCurrentFunctionCancel() && !deadline.hasExpired())
             std::this_thread::yield();
@@ -132,7 +134,9 @@ TEST_F(FunctionPoolWindowTest, ProgressSheetShowsTheEnginesValuesAndCancelStopsT
     ProgressSheet *sheet = window->progressSheet();
     window->clickFunctionNavigator(3);
     window->clickFunctionRun();
-    ASSERT_TRUE(waitFor([&] { return sheet->cancelButton()->isEnabled(); }));
+    // Cancel is enabled just before the loop starts; clicking it then would stop the run before
+    // its first track, so the click waits until that track is under way.
+    ASSERT_TRUE(waitFor([&] { return sheet->cancelButton()->isEnabled() && trackStarted; }));
     EXPECT_TRUE(sheet->isVisible());
     EXPECT_FALSE(sheet->isIndeterminate());
     EXPECT_EQ(sheet->total(), 3);
