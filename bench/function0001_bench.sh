@@ -5,6 +5,7 @@
 set -eu
 count=${1:-2000}
 source_dir=$(cd "$(dirname "$0")/.." && pwd)
+bash "$source_dir/bench/setup.sh"
 build_dir=${2:-$source_dir/build-f1}
 
 cmake -S "$source_dir" -B "$build_dir" -G Ninja -DORVANE_BUILD_BENCHMARKS=ON >/dev/null

@@ -2,6 +2,7 @@
 # Sets up, builds and starts Orvane.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+bash scripts/setup.sh
 bash scripts/build.sh
 build_dir=${ORVANE_BUILD_DIR:-build}
 # Without a session bus (a bare X session, a fresh login over ssh) Orvane gets one of its own,

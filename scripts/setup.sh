@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Installs the Debian packages Orvane builds, runs and tests with. Quiet and quick when all of
-# them are already there; otherwise installs the missing ones without recommends.
+# Installs the Debian packages Orvane builds, runs and tests with, plus any packages named as
+# arguments (bench/setup.sh adds the benchmarks' own). Quiet and quick when all of them are
+# already there; otherwise installs the missing ones without recommends.
+# The sanitizer runtimes (libasan, libubsan, libtsan) come with g++.
 set -euo pipefail
 
 packages=(
   g++ cmake ninja-build pkg-config ccache
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev
   libicu-dev libxml2-dev libsqlite3-dev
   qt6-base-dev libqt6sql6-sqlite qt6-image-formats-plugins
   libtag1-dev libplist-dev qtkeychain-qt6-dev libsecret-1-0
@@ -13,7 +15,7 @@ packages=(
   fonts-dejavu-core gnome-keyring dbus
   mpv mpv-mpris xvfb xauth xdotool
   ffmpeg python3 python3-mutagen
-  kid3-cli
+  "$@"
 )
 
 missing=()
