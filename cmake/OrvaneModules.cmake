@@ -1,6 +1,9 @@
 # Each source folder is a static library of its own ("module"), so that the layering is checked
 # by the linker and a folder builds and tests without the folders above it. orvane_core gathers
-# the headless modules, orvane_gui the widget ones.
+# the headless modules, orvane_gui the widget ones. The configure step fails when a headless
+# module reaches QtWidgets (OrvaneHeadlessCheck.cmake).
+
+include(${CMAKE_CURRENT_LIST_DIR}/OrvaneHeadlessCheck.cmake)
 
 set_property(GLOBAL PROPERTY ORVANE_CORE_MODULES "")
 set_property(GLOBAL PROPERTY ORVANE_GUI_MODULES "")
@@ -17,6 +20,7 @@ function(orvane_module name)
   else()
     # A headless module must never reach QtWidgets, not even through a dependency.
     set_property(GLOBAL APPEND PROPERTY ORVANE_CORE_MODULES ${name})
+    orvane_headless_target(${name})
   endif()
 endfunction()
 
