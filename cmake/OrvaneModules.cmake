@@ -35,15 +35,20 @@ function(orvane_test name)
     target_link_libraries(${name} PRIVATE orvane_testmain)
   endif()
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gmock)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_LIST ${name}_TESTS)
+
+  # The cases' properties are set by a file CTest reads after the discovered list, since lists
+  # passed through gtest_discover_tests(PROPERTIES) lose their grouping (an ENVIRONMENT of two
+  # variables would set one). The executable's name is a label, for ctest -L.
   set(environment QT_QPA_PLATFORM=offscreen ORVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR}
     ${ORVANE_SANITIZER_TEST_ENVIRONMENT})
-  set(properties ENVIRONMENT "${environment}")
-  if(ARG_LABELS)
-    list(APPEND properties LABELS "${ARG_LABELS}")
-  endif()
+  set(labels ${name} ${ARG_LABELS})
+  set(properties "ENVIRONMENT [==[${environment}]==] LABELS [==[${labels}]==]")
   if(ARG_RESOURCE_LOCK)
-    list(APPEND properties RESOURCE_LOCK "${ARG_RESOURCE_LOCK}")
+    string(APPEND properties " RESOURCE_LOCK [==[${ARG_RESOURCE_LOCK}]==]")
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES ${properties})
+  set(properties_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake)
+  file(WRITE ${properties_file}
+    "if(${name}_TESTS)\n  set_tests_properties(\${${name}_TESTS} PROPERTIES ${properties})\nendif()\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${properties_file})
 endfunction()
