@@ -92,12 +92,21 @@ QString firstValue(const TagLib::PropertyMap &map, const char *key)
                                                          : fromTagLib(found->second.front());
 }
 
+// The library shows the first value of a tag; the others (a second artist, genre ...) are not
+// its to drop, so a new value replaces the first and keeps the rest. An empty one clears the tag.
 void setValue(TagLib::PropertyMap &map, const char *key, const QString &value)
 {
-    if (value.isEmpty())
+    if (value.isEmpty()) {
         map.erase(key);
-    else
-        map.replace(key, TagLib::StringList(toTagLib(value)));
+        return;
+    }
+    TagLib::StringList values(toTagLib(value));
+    auto found = map.find(key);
+    if (found != map.end())
+        for (auto it = found->second.begin(); it != found->second.end(); ++it)
+            if (it != found->second.begin())
+                values.append(*it);
+    map.replace(key, values);
 }
 
 qint64 leadingNumber(const QString &text)

@@ -141,6 +141,7 @@ struct ThreadConnections
 
 thread_local ThreadConnections threadConnections;
 
+} // namespace
 
 int LibraryDatabase::latestSchemaVersion()
 {

@@ -155,8 +155,9 @@ TEST_F(LibrarySafetyTest, AFullDiskLeavesEveryFileAsItWasAndEveryTrackInError)
             ADD_FAILURE() << "the save did not fail";
         } catch (const BridgeFailure &failure) {
             const QString message = QString::fromUtf8(failure.what());
-            if (disk.mounted())
+            if (disk.mounted()) {
                 EXPECT_TRUE(message.contains("No space left on device")) << message.toStdString();
+            }
             EXPECT_TRUE(message.contains("the file was left as it was")) << message.toStdString();
         }
         EXPECT_EQ(track.name(), oldName);
@@ -222,7 +223,7 @@ TEST_F(LibrarySafetyTest, EveryValueOfATagWithSeveralIsKept)
         backend->saveTrack(track.persistentID());
         EXPECT_EQ(mutagenValues(path, "title"), QStringList{"edited"});
         EXPECT_EQ(mutagenValues(path, "artist"), (QStringList{"Anna", "Bo"}));
-        EXPECT_EQ(mutagenValues(path, "genre"), QStringList{"Blues"});
+        EXPECT_EQ(mutagenValues(path, "genre"), (QStringList{"Blues", "Soul"}));
     }
 }
 
