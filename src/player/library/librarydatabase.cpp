@@ -89,8 +89,16 @@ const QList<QStringList> &schemaSteps()
 
 [[noreturn]] void fail(const QString &what, const QSqlError &error)
 {
-    throwBridgeFailure(kBridgeErrorWriteFailed,
-                       QStringLiteral("library database: %1: %2").arg(what, error.text()));
+    // SQLite's primary result codes (the low byte of the extended ones) that the user can act on.
+    QString advice;
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case 8: advice = QStringLiteral(" (the library file is read-only: make it and its folder "
+                                    "writable, then try again)"); break;
+    case 13: advice = QStringLiteral(" (the disk is full: make room, then try again)"); break;
+    default: break;
+    }
+    throwBridgeFailure(kBridgeErrorWriteFailed, QStringLiteral("library database: %1: %2%3")
+                                                    .arg(what, error.text(), advice));
 }
 
 } // namespace
