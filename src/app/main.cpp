@@ -9,6 +9,8 @@
 #include "player/library/librarybackend.h"
 
 #include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
 
 int main(int argc, char *argv[])
 {
@@ -23,6 +25,17 @@ int main(int argc, char *argv[])
     const ProgramPlayer program = createPlayerBackend();
     PlayerBackends::setDefaultBackend(program.player);
     PlayerBackends::setLibraryBackend(program.library);
+    // The program goes on with the player alone; the alert says why the library is missing.
+    if (!program.library->isRunning()) {
+        const QString reason = program.library->openError();
+        QTimer::singleShot(0, [reason] {
+            auto *alert = new QMessageBox(
+                QMessageBox::Warning, QApplication::translate("main", "The music library cannot be opened"),
+                reason, QMessageBox::Ok);
+            alert->setAttribute(Qt::WA_DeleteOnClose);
+            alert->show();
+        });
+    }
     // Made at start, so that a track revealed through the player shows in the window.
     LibraryWindowController libraryWindow(program.library);
 

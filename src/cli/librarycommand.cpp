@@ -26,6 +26,7 @@ QTextStream &err()
 
 const char kUsage[] = "usage: orvane-cli library add PATH...\n"
                       "       orvane-cli library list [--json]\n"
+                      "       orvane-cli library update\n"
                       "       orvane-cli library show ID\n"
                       "       orvane-cli library playlists [--json]\n";
 
@@ -93,6 +94,13 @@ int list(LibraryBackend &library, bool json)
     return 0;
 }
 
+// Files changed outside the library (or by a save a crash cut short) are read again.
+int update(LibraryBackend &library)
+{
+    out() << library.refreshChangedTracks() << " read again\n";
+    return 0;
+}
+
 int show(LibraryBackend &library, const QString &id)
 {
     bool numeric = false;
@@ -157,6 +165,8 @@ int runLibraryCommand(const QStringList &arguments)
             status = add(library, rest);
         else if (command == QLatin1String("list") && (json || plain))
             status = list(library, json);
+        else if (command == QLatin1String("update") && plain)
+            status = update(library);
         else if (command == QLatin1String("show") && rest.size() == 1)
             status = show(library, rest.first());
         else if (command == QLatin1String("playlists") && (json || plain))

@@ -62,6 +62,18 @@ int runOrganizeCommand(const QStringList &arguments)
 
     // The organizer works on the library here, as the program's own organizer does.
     auto library = std::make_shared<LibraryBackend>();
+    if (!library->isRunning()) {
+        err << "orvane-cli: " << library->openError() << "\n";
+        return 1;
+    }
+    // Tracks whose files changed since the library last saw them are read first, so the run
+    // works on what the files hold.
+    try {
+        library->refreshChangedTracks();
+    } catch (const BridgeFailure &failure) {
+        err << "orvane-cli: " << failure.what() << "\n";
+        return 1;
+    }
     PlayerBackends::setDefaultBackend(library);
     OrganizeRun run(out, err, [&library](const QList<ITunesTrack> &tracks) {
         QStringList persistentIDs;
@@ -71,5 +83,11 @@ int runOrganizeCommand(const QStringList &arguments)
     });
     const int status = run.run(request);
     PlayerBackends::setDefaultBackend(nullptr);
+    try {
+        library->saveAll(); // and on to the disk
+    } catch (const BridgeFailure &failure) {
+        err << "orvane-cli: " << failure.what() << "\n";
+        return 1;
+    }
     return status;
 }

@@ -5,7 +5,14 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <taglib/attachedpictureframe.h>
+#include <taglib/tbytevectorstream.h>
 #include <taglib/fileref.h>
 #include <taglib/flacfile.h>
 #include <taglib/flacpicture.h>
@@ -85,12 +92,21 @@ QString firstValue(const TagLib::PropertyMap &map, const char *key)
                                                          : fromTagLib(found->second.front());
 }
 
+// The library shows the first value of a tag; the others (a second artist, genre ...) are not
+// its to drop, so a new value replaces the first and keeps the rest. An empty one clears the tag.
 void setValue(TagLib::PropertyMap &map, const char *key, const QString &value)
 {
-    if (value.isEmpty())
+    if (value.isEmpty()) {
         map.erase(key);
-    else
-        map.replace(key, TagLib::StringList(toTagLib(value)));
+        return;
+    }
+    TagLib::StringList values(toTagLib(value));
+    auto found = map.find(key);
+    if (found != map.end())
+        for (auto it = found->second.begin(); it != found->second.end(); ++it)
+            if (it != found->second.begin())
+                values.append(*it);
+    map.replace(key, values);
 }
 
 qint64 leadingNumber(const QString &text)
@@ -239,7 +255,7 @@ QHash<Prop, QVariant> AudioFile::tags() const
 
 void AudioFile::setTags(const QHash<Prop, QVariant> &values)
 {
-    if (!isAudio() || values.isEmpty())
+    if (!isAudio() || values.isEmpty() || !loadIntoMemory())
         return;
     TagLib::File *file = file_->file();
     TagLib::PropertyMap map = file->properties();
@@ -298,7 +314,7 @@ QList<EmbeddedPicture> AudioFile::pictures() const
 
 void AudioFile::setPictures(const QList<EmbeddedPicture> &pictures)
 {
-    if (!isAudio())
+    if (!isAudio() || !loadIntoMemory())
         return;
     TagLib::File *file = file_->file();
     if (auto *mpeg = dynamic_cast<TagLib::MPEG::File *>(file)) {
@@ -347,15 +363,149 @@ QVariantMap AudioFile::storeMetadata() const
     return values;
 }
 
-bool AudioFile::save()
+bool AudioFile::loadIntoMemory()
 {
-    if (!isAudio() || !QFileInfo(path_).isFile())
+    if (memory_)
+        return true;
+    if (!editProblem_.isEmpty())
         return false;
+    QFile file(path_);
+    if (!file.open(QIODevice::ReadOnly)) {
+        editProblem_ = QStringLiteral("cannot read %1: %2").arg(path_, file.errorString());
+        return false;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError || bytes.size() != file.size()) {
+        editProblem_ = QStringLiteral("cannot read %1: %2").arg(path_, file.errorString());
+        return false;
+    }
+    auto memory = std::make_unique<TagLib::ByteVectorStream>(toBytes(bytes));
+    TagLib::File *current = file_->file();
+    TagLib::File *copy = nullptr;
+    constexpr auto style = TagLib::AudioProperties::Average;
+    if (dynamic_cast<TagLib::MPEG::File *>(current))
+        copy = new TagLib::MPEG::File(memory.get(), TagLib::ID3v2::FrameFactory::instance(), true,
+                                      style);
+    else if (dynamic_cast<TagLib::MP4::File *>(current))
+        copy = new TagLib::MP4::File(memory.get(), true, style);
+    else if (dynamic_cast<TagLib::FLAC::File *>(current))
+        copy = new TagLib::FLAC::File(memory.get(), TagLib::ID3v2::FrameFactory::instance(), true,
+                                      style);
+    else if (dynamic_cast<TagLib::Ogg::Vorbis::File *>(current))
+        copy = new TagLib::Ogg::Vorbis::File(memory.get(), true, style);
+    else if (dynamic_cast<TagLib::Ogg::Opus::File *>(current))
+        copy = new TagLib::Ogg::Opus::File(memory.get(), true, style);
+    if (!copy || !copy->isValid()) {
+        delete copy;
+        editProblem_ = QStringLiteral("%1 changed while it was being read").arg(path_);
+        return false;
+    }
+    file_ = std::make_unique<TagLib::FileRef>(copy);
+    memory_ = std::move(memory);
+    return true;
+}
+
+namespace {
+
+QString systemError(int number)
+{
+    return QString::fromLocal8Bit(std::strerror(number));
+}
+
+bool writeAll(int fd, const char *data, qint64 size, int *failure)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(fd, data, size_t(std::min<qint64>(size, 1 << 20)));
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            *failure = errno;
+            return false;
+        }
+        if (written == 0) {
+            *failure = ENOSPC;
+            return false;
+        }
+        data += written;
+        size -= written;
+    }
+    return true;
+}
+
+} // namespace
+
+bool replaceFileContents(const QString &path, QByteArrayView bytes, QString *error)
+{
+    const auto failed = [&](const QString &what) {
+        if (error)
+            *error = what;
+        return false;
+    };
+    const QFileInfo info(path);
+    const QString target = info.isSymLink() ? info.canonicalFilePath() : info.absoluteFilePath();
+    if (target.isEmpty())
+        return failed(QStringLiteral("%1 leads to no file").arg(path));
+    const QByteArray targetName = QFile::encodeName(target);
+    struct stat original {};
+    if (::stat(targetName.constData(), &original) != 0)
+        return failed(QStringLiteral("cannot read %1: %2").arg(target, systemError(errno)));
+
+    // Hidden and in the same folder, so the rename stays on one file system.
+    const QFileInfo targetInfo(target);
+    QByteArray temporary = QFile::encodeName(targetInfo.absolutePath() + QStringLiteral("/.")
+                                             + targetInfo.fileName() + QStringLiteral(".orvane-XXXXXX"));
+    const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
+    if (fd < 0)
+        return failed(QStringLiteral("%1 while writing %2; the file was left as it was")
+                          .arg(systemError(errno), target));
+    int failure = 0;
+    if (!writeAll(fd, bytes.data(), bytes.size(), &failure)) {
+        // fall through to the cleanup below
+    } else {
+        struct stat written {};
+        if (::fstat(fd, &written) != 0)
+            failure = errno;
+        else if (written.st_size != bytes.size())
+            failure = EIO;
+    }
+    if (!failure && ::fchmod(fd, original.st_mode & 07777) != 0)
+        failure = errno;
+    // Another owner can only be kept by a privileged process; an ordinary user owns the copy.
+    if (!failure && (original.st_uid != ::geteuid() || original.st_gid != ::getegid()))
+        if (::fchown(fd, original.st_uid, original.st_gid) != 0 && errno != EPERM)
+            failure = errno;
+    if (::close(fd) != 0 && !failure)
+        failure = errno;
+    if (!failure && ::rename(temporary.constData(), targetName.constData()) != 0)
+        failure = errno;
+    if (failure) {
+        ::unlink(temporary.constData());
+        return failed(QStringLiteral("%1 while writing %2; the file was left as it was")
+                          .arg(systemError(failure), target));
+    }
+    return true;
+}
+
+bool AudioFile::save(QString *error)
+{
+    const auto failed = [&](const QString &what) {
+        if (error)
+            *error = what;
+        return false;
+    };
+    if (!isAudio())
+        return failed(problem_);
+    if (!loadIntoMemory())
+        return failed(editProblem_);
     TagLib::File *file = file_->file();
-    if (file->readOnly())
-        return false;
-    if (auto *mpeg = dynamic_cast<TagLib::MPEG::File *>(file))
-        return mpeg->save(TagLib::MPEG::File::ID3v2, TagLib::File::StripNone, TagLib::ID3v2::v4,
-                          TagLib::File::DoNotDuplicate);
-    return file->save();
+    const bool saved = [&] {
+        if (auto *mpeg = dynamic_cast<TagLib::MPEG::File *>(file))
+            return mpeg->save(TagLib::MPEG::File::ID3v2, TagLib::File::StripNone,
+                              TagLib::ID3v2::v4, TagLib::File::DoNotDuplicate);
+        return file->save();
+    }();
+    if (!saved)
+        return failed(QStringLiteral("the tags of %1 cannot be written in its format").arg(path_));
+    const TagLib::ByteVector &bytes = *memory_->data();
+    return replaceFileContents(path_, QByteArrayView(bytes.data(), qsizetype(bytes.size())), error);
 }

@@ -146,6 +146,16 @@ void LibraryBackend::saveAll()
     running().saveAll();
 }
 
+void LibraryBackend::syncSavedFiles()
+{
+    running().syncSavedFiles();
+}
+
+qsizetype LibraryBackend::refreshChangedTracks()
+{
+    return running().refreshChangedTracks().size();
+}
+
 QString LibraryBackend::musicFolder()
 {
     const QString folder = running().setting(QStringLiteral("musicFolder")).toString();

@@ -51,6 +51,11 @@ public:
     // failed (the track's values are then rolled back).
     void saveTrack(const QString &persistentID);
     void saveAll();
+    // Writes the files saved so far to disk; a run calls it at its end.
+    void syncSavedFiles();
+    // Reads again the tracks whose files changed since the library last read or wrote them
+    // (by another program, or a save cut off by a crash); returns how many. Runs call it first.
+    qsizetype refreshChangedTracks();
 
     // The folder the library keeps music in: the "musicFolder" setting, else the user's music
     // folder.

@@ -2,8 +2,11 @@
 
 #include "player/remoteobject.h"
 
+#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlRecord>
+
+#include <vector>
 
 namespace {
 
@@ -74,15 +77,77 @@ const QList<QStringList> &schemaSteps()
             R"(ALTER TABLE tracks ADD COLUMN volumeAdjustment INTEGER NOT NULL DEFAULT 0)",
             R"(CREATE INDEX playlist_tracks_by_track ON playlist_tracks (track))",
         },
+        // 3: the file's modification time (ms since 1970) when its row was last read from or
+        // written to it, with the size column: a file that differs from both was changed
+        // outside the library, or a save was cut off before its row was written.
+        {
+            R"(ALTER TABLE tracks ADD COLUMN fileModified INTEGER NOT NULL DEFAULT 0)",
+        },
     };
     return steps;
 }
 
 [[noreturn]] void fail(const QString &what, const QSqlError &error)
 {
-    throwBridgeFailure(kBridgeErrorWriteFailed,
-                       QStringLiteral("library database: %1: %2").arg(what, error.text()));
+    // SQLite's primary result codes (the low byte of the extended ones) that the user can act on.
+    QString advice;
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case 8: advice = QStringLiteral(" (the library file is read-only: make it and its folder "
+                                    "writable, then try again)"); break;
+    case 13: advice = QStringLiteral(" (the disk is full: make room, then try again)"); break;
+    default: break;
+    }
+    throwBridgeFailure(kBridgeErrorWriteFailed, QStringLiteral("library database: %1: %2%3")
+                                                    .arg(what, error.text(), advice));
 }
+
+} // namespace
+
+struct LibraryDatabase::Connections
+{
+    QMutex mutex;
+    QHash<QThread *, QString> names;
+    QHash<QThread *, QHash<QString, QSqlQuery>> queries;
+
+    void drop(QThread *thread)
+    {
+        QMutexLocker locker(&mutex);
+        queries.remove(thread);
+        const QString name = names.take(thread);
+        if (name.isEmpty())
+            return;
+        QSqlDatabase::database(name, false).close();
+        QSqlDatabase::removeDatabase(name);
+    }
+
+    void dropAll()
+    {
+        QMutexLocker locker(&mutex);
+        queries.clear();
+        for (const QString &name : std::as_const(names)) {
+            QSqlDatabase::database(name, false).close();
+            QSqlDatabase::removeDatabase(name);
+        }
+        names.clear();
+    }
+};
+
+namespace {
+
+// Closes the connections a thread made when it ends. A thread Qt did not start never emits
+// finished(), so a thread-local owner is the one place that sees every thread go.
+struct ThreadConnections
+{
+    std::vector<std::pair<std::weak_ptr<LibraryDatabase::Connections>, QThread *>> made;
+    ~ThreadConnections()
+    {
+        for (auto &[connections, thread] : made)
+            if (auto alive = connections.lock())
+                alive->drop(thread);
+    }
+};
+
+thread_local ThreadConnections threadConnections;
 
 } // namespace
 
@@ -93,30 +158,50 @@ int LibraryDatabase::latestSchemaVersion()
 
 LibraryDatabase::LibraryDatabase(QString path, int targetVersion)
     : path_(std::move(path)),
-      connectionPrefix_(QStringLiteral("orvane-library-%1-").arg(quintptr(this), 0, 16))
+      connectionPrefix_(QStringLiteral("orvane-library-%1-").arg(quintptr(this), 0, 16)),
+      connections_(std::make_shared<Connections>())
 {
-    QSqlQuery(connection()).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    migrate(targetVersion);
+    try {
+        // Looked at before anything is written, so a library this version cannot read stays as it
+        // was, and a file that is not one is named as such.
+        QSqlQuery check(connection());
+        if (!check.exec(QStringLiteral("PRAGMA user_version")) || !check.next())
+            throwBridgeFailure(
+                kBridgeErrorNotRunning,
+                QStringLiteral("cannot open the library %1: %2. If the file is damaged, move it "
+                               "away and Orvane starts a new library; restore it from a backup to "
+                               "keep its playlists and settings.")
+                    .arg(path_, check.lastError().text()));
+        const int version = check.value(0).toInt();
+        check.finish();
+        if (version > latestSchemaVersion())
+            throwBridgeFailure(
+                kBridgeErrorNotRunning,
+                QStringLiteral("the library %1 was made by a newer version of Orvane (format %2, "
+                               "this version reads up to %3); it was left untouched. Use the newer "
+                               "version, or move the file away to start a new library.")
+                    .arg(path_)
+                    .arg(version)
+                    .arg(latestSchemaVersion()));
+        QSqlQuery(connection()).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+        migrate(targetVersion);
+    } catch (...) {
+        connections_->dropAll();
+        throw;
+    }
 }
 
 LibraryDatabase::~LibraryDatabase()
 {
-    QMutexLocker locker(&connectionsMutex_);
-    for (const QMetaObject::Connection &watch : std::as_const(threadWatches_))
-        QObject::disconnect(watch);
-    queries_.clear();
-    for (const QString &name : std::as_const(connections_)) {
-        QSqlDatabase::database(name, false).close();
-        QSqlDatabase::removeDatabase(name);
-    }
+    connections_->dropAll();
 }
 
 QSqlDatabase LibraryDatabase::connection()
 {
     QThread *thread = QThread::currentThread();
-    QMutexLocker locker(&connectionsMutex_);
-    auto found = connections_.constFind(thread);
-    if (found != connections_.constEnd())
+    QMutexLocker locker(&connections_->mutex);
+    auto found = connections_->names.constFind(thread);
+    if (found != connections_->names.constEnd())
         return QSqlDatabase::database(*found, false);
 
     const QString name = connectionPrefix_ + QString::number(quintptr(thread), 16);
@@ -133,26 +218,17 @@ QSqlDatabase LibraryDatabase::connection()
     // every commit, which is what keeps a tag write per track cheap on the organizer's thread.
     QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys=ON"));
     QSqlQuery(db).exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
-    connections_.insert(thread, name);
-    // A thread that ends takes its connection with it.
-    threadWatches_[thread] = QObject::connect(thread, &QThread::finished, thread, [this, thread, name] {
-        QMutexLocker locker(&connectionsMutex_);
-        if (connections_.value(thread) != name)
-            return;
-        queries_.remove(thread);
-        connections_.remove(thread);
-        threadWatches_.remove(thread);
-        QSqlDatabase::database(name, false).close();
-        QSqlDatabase::removeDatabase(name);
-    }, Qt::DirectConnection);
+    connections_->names.insert(thread, name);
+    std::erase_if(threadConnections.made, [](const auto &entry) { return entry.first.expired(); });
+    threadConnections.made.emplace_back(connections_, thread);
     return db;
 }
 
 QSqlQuery &LibraryDatabase::prepared(const QString &statement)
 {
     QSqlDatabase db = connection();
-    QMutexLocker locker(&connectionsMutex_);
-    QHash<QString, QSqlQuery> &cache = queries_[QThread::currentThread()];
+    QMutexLocker locker(&connections_->mutex);
+    QHash<QString, QSqlQuery> &cache = connections_->queries[QThread::currentThread()];
     auto found = cache.find(statement);
     if (found == cache.end()) {
         QSqlQuery query(db);
@@ -163,13 +239,33 @@ QSqlQuery &LibraryDatabase::prepared(const QString &statement)
     return *found;
 }
 
+std::optional<QSqlRecord> LibraryDatabase::singleRow(const QString &statement,
+                                                     const QVariantList &values)
+{
+    QSqlQuery &query = run(statement, values);
+    std::optional<QSqlRecord> row;
+    if (query.next())
+        row = query.record();
+    query.finish();
+    return row;
+}
+
+QVariant LibraryDatabase::singleValue(const QString &statement, const QVariantList &values)
+{
+    const std::optional<QSqlRecord> row = singleRow(statement, values);
+    return row ? row->value(0) : QVariant();
+}
+
 QSqlQuery &LibraryDatabase::run(const QString &statement, const QVariantList &values)
 {
     QSqlQuery &query = prepared(statement);
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values.at(i));
-    if (!query.exec())
-        fail(QStringLiteral("\"%1\" failed").arg(statement), query.lastError());
+    if (!query.exec()) {
+        const QSqlError error = query.lastError();
+        query.finish();
+        fail(QStringLiteral("\"%1\" failed").arg(statement), error);
+    }
     return query;
 }
 

@@ -7,10 +7,14 @@
 #include <QString>
 #include <QThread>
 
+#include <memory>
+#include <optional>
+
 // The library's SQLite file. Qt allows a connection only on the thread that opened it, so each
 // thread that touches the library gets a connection of its own, made on first use and named
-// after the database object and the thread; callers serialise their work themselves (the
-// library store holds one lock around every call).
+// after the database object and the thread, and closed when that thread ends (whether Qt or
+// not started it); callers serialise their work themselves (the library store holds one lock
+// around every call).
 class LibraryDatabase
 {
 public:
@@ -18,7 +22,8 @@ public:
     static int latestSchemaVersion();
 
     // Opens (creating it if needed) and brings the schema up to targetVersion, one step per
-    // transaction. Throws BridgeFailure when the file cannot be opened or a step fails.
+    // transaction. Throws BridgeFailure when the file cannot be opened, is not a library, was
+    // made by a newer version (it is then left untouched) or a step fails.
     explicit LibraryDatabase(QString path, int targetVersion = latestSchemaVersion());
     ~LibraryDatabase();
     LibraryDatabase(const LibraryDatabase &) = delete;
@@ -32,16 +37,20 @@ public:
     QSqlQuery &prepared(const QString &statement);
     // Runs a prepared statement with positional values; throws BridgeFailure on error.
     QSqlQuery &run(const QString &statement, const QVariantList &values = {});
+    // The first row of a prepared statement, or nothing; the query is finished either way, so
+    // the cached statement holds no read lock afterwards.
+    std::optional<QSqlRecord> singleRow(const QString &statement, const QVariantList &values = {});
+    // The first column of singleRow(), or an invalid value.
+    QVariant singleValue(const QString &statement, const QVariantList &values = {});
+
+    struct Connections; // per thread: connection name and prepared queries
 
 private:
     void migrate(int targetVersion);
 
     QString path_;
     QString connectionPrefix_;
-    QMutex connectionsMutex_;
-    QHash<QThread *, QString> connections_;
-    QHash<QThread *, QMetaObject::Connection> threadWatches_;
-    QHash<QThread *, QHash<QString, QSqlQuery>> queries_;
+    std::shared_ptr<Connections> connections_;
 };
 
 // Rolls back unless commit() was called; nests as savepoints are not needed here, so one

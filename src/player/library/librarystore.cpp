@@ -11,6 +11,11 @@
 #include <QRandomGenerator>
 #include <QSet>
 #include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -62,6 +67,16 @@ QStringList candidateFiles(const QString &path)
     return files;
 }
 
+// The modification time the library records for a file, or 0 when it cannot be read.
+qint64 fileModifiedTime(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() ? info.lastModified().toMSecsSinceEpoch() : 0;
+}
+
+// Saves between two syncs of the saved files: a crash of the machine loses at most these.
+constexpr int kSavesPerCheckpoint = 200;
+
 QVariant clampedValue(Prop property, const QVariant &value)
 {
     if (property == Prop::rating || property == Prop::albumRating)
@@ -91,7 +106,7 @@ LibraryStore::~LibraryStore()
 void LibraryStore::loadTracks(qint64 fromId)
 {
     const QString statement =
-        QStringLiteral("SELECT id, persistentID, path, %1 FROM tracks %2 ORDER BY id")
+        QStringLiteral("SELECT id, persistentID, path, fileModified, %1 FROM tracks %2 ORDER BY id")
             .arg(columnList(storedColumnNames()),
                  fromId ? QStringLiteral("WHERE id >= %1").arg(fromId) : QString());
     QSqlQuery query(database_.connection());
@@ -104,9 +119,10 @@ void LibraryStore::loadTracks(qint64 fromId)
         const qint64 id = query.value(0).toLongLong();
         row.persistentID = query.value(1).toString();
         row.path = query.value(2).toString();
+        row.fileModified = query.value(3).toLongLong();
         row.values.reserve(columns.size());
         for (int i = 0; i < columns.size(); ++i)
-            row.values.append(columnValueFromSql(columns.at(i).type, query.value(3 + i)));
+            row.values.append(columnValueFromSql(columns.at(i).type, query.value(4 + i)));
         byPersistentID_.insert(row.persistentID, id);
         byPath_.insert(row.path, id);
         rows_.insert(id, std::move(row));
@@ -168,6 +184,13 @@ QVariant LibraryStore::trackValue(qint64 id, Prop property)
 
 void LibraryStore::storeColumns(qint64 id, const QHash<Prop, QVariant> &values)
 {
+    writeColumns(id, values);
+    cacheColumns(id, values);
+}
+
+void LibraryStore::writeColumns(qint64 id, const QHash<Prop, QVariant> &values,
+                                qint64 fileModified)
+{
     QStringList assignments;
     QVariantList bound;
     for (auto it = values.begin(); it != values.end(); ++it) {
@@ -175,10 +198,20 @@ void LibraryStore::storeColumns(qint64 id, const QHash<Prop, QVariant> &values)
         assignments.append(QStringLiteral("\"%1\" = ?").arg(propertyName(it.key())));
         bound.append(columnValueToSql(trackColumns().at(index).type, it.value()));
     }
+    if (fileModified >= 0) {
+        assignments.append(QStringLiteral("fileModified = ?"));
+        bound.append(fileModified);
+    }
+    if (assignments.isEmpty())
+        return;
     bound.append(id);
     database_.run(QStringLiteral("UPDATE tracks SET %1 WHERE id = ?")
                       .arg(assignments.join(QLatin1String(", "))),
                   bound);
+}
+
+void LibraryStore::cacheColumns(qint64 id, const QHash<Prop, QVariant> &values)
+{
     TrackRow &track = row(id);
     for (auto it = values.begin(); it != values.end(); ++it) {
         const int index = trackColumnIndex(it.key());
@@ -208,7 +241,8 @@ void LibraryStore::setTrackValue(qint64 id, Prop property, const QVariant &value
     }
     saveOthersOfThisThread(id);
     const QVariant previous = row(id).values.at(index);
-    storeColumns(id, {{property, value}});
+    // The database follows once the file holds the value (flush()).
+    cacheColumns(id, {{property, value}});
     PendingSave &pending = pendingFor(id);
     if (!pending.originals.contains(property))
         pending.originals.insert(property, previous);
@@ -257,8 +291,87 @@ void LibraryStore::saveAll()
                 first = failure;
         }
     }
+    syncSavedFiles();
     if (first)
         throw *first;
+}
+
+void LibraryStore::noteSaved(const QString &path)
+{
+    unsyncedFolders_.insert(QFileInfo(path).absolutePath());
+    if (++unsyncedSaves_ >= kSavesPerCheckpoint)
+        syncSavedFiles();
+}
+
+void LibraryStore::syncSavedFiles()
+{
+    QMutexLocker locker(&mutex_);
+    // One syncfs per file system is enough; folders on the same one cost nothing more.
+    QSet<dev_t> synced;
+    for (const QString &folder : std::as_const(unsyncedFolders_)) {
+        const int fd = ::open(QFile::encodeName(folder).constData(),
+                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (fd < 0)
+            continue;
+        struct stat info {};
+        if (::fstat(fd, &info) == 0 && !synced.contains(info.st_dev)) {
+            ::syncfs(fd);
+            synced.insert(info.st_dev);
+        }
+        ::close(fd);
+    }
+    unsyncedFolders_.clear();
+    unsyncedSaves_ = 0;
+}
+
+QList<qint64> LibraryStore::refreshChangedTracks()
+{
+    QMutexLocker locker(&mutex_);
+    QList<qint64> changed;
+    const int sizeIndex = trackColumnIndex(Prop::size);
+    // A save cut off before its rename leaves its hidden copy beside the file; the original is
+    // whole, so the copy only takes room.
+    QSet<QString> folders;
+    for (const TrackRow &track : std::as_const(rows_))
+        folders.insert(QFileInfo(track.path).absolutePath());
+    for (const QString &folder : std::as_const(folders)) {
+        QDir dir(folder);
+        for (const QString &name : dir.entryList({QStringLiteral(".*.orvane-??????")},
+                                                 QDir::Files | QDir::Hidden | QDir::System))
+            dir.remove(name);
+    }
+    for (qint64 id : std::as_const(order_)) {
+        const TrackRow &track = rows_.value(id);
+        const QFileInfo info(track.path);
+        if (pending_.contains(id) || !info.isFile())
+            continue;
+        if (info.size() == track.values.at(sizeIndex).toLongLong()
+            && info.lastModified().toMSecsSinceEpoch() == track.fileModified)
+            continue;
+        AudioFile file(track.path);
+        if (file.isAudio())
+            changed.append(id);
+    }
+    if (changed.isEmpty())
+        return changed;
+    TransactionGuard transaction(database_);
+    QHash<qint64, QHash<Prop, QVariant>> values;
+    QHash<qint64, qint64> modified;
+    for (qint64 id : std::as_const(changed)) {
+        const QString path = rows_.value(id).path;
+        AudioFile file(path);
+        QHash<Prop, QVariant> read = file.tags();
+        read.insert(factValues(file.facts()));
+        modified.insert(id, fileModifiedTime(path));
+        writeColumns(id, read, modified.value(id));
+        values.insert(id, read);
+    }
+    transaction.commit();
+    for (qint64 id : std::as_const(changed)) {
+        cacheColumns(id, values.value(id));
+        row(id).fileModified = modified.value(id);
+    }
+    return changed;
 }
 
 void LibraryStore::flushFromTimer()
@@ -291,24 +404,46 @@ void LibraryStore::flush(qint64 id)
     if (pending.tags.isEmpty() && !pending.pictures)
         return;
     const QString path = row(id).path;
-    AudioFile file(path);
-    QString problem = file.problem();
-    if (problem.isEmpty()) {
+    bool fileReplaced = false;
+    QString problem; // of the file itself; it names the file
+    try {
+        AudioFile file(path);
+        if (!file.isAudio())
+            throwBridgeFailure(kBridgeErrorWriteFailed,
+                               problem = QStringLiteral("%1: %2").arg(path, file.problem()));
+        // The row is written first but committed last: a database that refuses the write
+        // stops here, before the file changes.
+        TransactionGuard transaction(database_);
+        writeColumns(id, pending.tags);
         file.setTags(pending.tags);
         if (pending.pictures)
             file.setPictures(*pending.pictures);
-        if (!file.save())
-            problem = QStringLiteral("the file cannot be written");
+        if (!file.save(&problem))
+            throwBridgeFailure(kBridgeErrorWriteFailed, problem);
+        fileReplaced = true;
+        noteSaved(path);
+        QHash<Prop, QVariant> changed = factValues(file.facts());
+        changed.insert(Prop::modificationDate, QDateTime::currentDateTimeUtc());
+        const qint64 modified = fileModifiedTime(path);
+        writeColumns(id, changed, modified);
+        transaction.commit();
+        cacheColumns(id, changed);
+        row(id).fileModified = modified;
+    } catch (const BridgeFailure &failure) {
+        // A file already replaced keeps its new tags, and the cache with it; the database
+        // catches up when the library next reads changed files.
+        if (!fileReplaced && !pending.originals.isEmpty() && rows_.contains(id))
+            cacheColumns(id, pending.originals);
+        throwBridgeFailure(
+            kBridgeErrorWriteFailed,
+            fileReplaced ? QStringLiteral("the tags of %1 were saved, but the library could not "
+                                          "record them: %2")
+                               .arg(path, QString::fromUtf8(failure.what()))
+            : !problem.isEmpty() ? QStringLiteral("cannot save the tags: %1").arg(problem)
+                                 : QStringLiteral("cannot save the tags of %1: %2; the file was "
+                                                  "left as it was")
+                                       .arg(path, QString::fromUtf8(failure.what())));
     }
-    if (!problem.isEmpty()) {
-        if (!pending.originals.isEmpty())
-            storeColumns(id, pending.originals);
-        throwBridgeFailure(kBridgeErrorWriteFailed,
-                           QStringLiteral("cannot save the tags of %1: %2").arg(path, problem));
-    }
-    QHash<Prop, QVariant> changed = factValues(file.facts());
-    changed.insert(Prop::modificationDate, QDateTime::currentDateTimeUtc());
-    storeColumns(id, changed);
 }
 
 void LibraryStore::relink(qint64 id, const QString &path)
@@ -326,9 +461,12 @@ void LibraryStore::relink(qint64 id, const QString &path)
     database_.run(QStringLiteral("UPDATE tracks SET path = ? WHERE id = ?"), {absolute, id});
     QHash<Prop, QVariant> values = file.tags();
     values.insert(factValues(file.facts()));
-    storeColumns(id, values);
+    const qint64 modified = fileModifiedTime(absolute);
+    writeColumns(id, values, modified);
     transaction.commit();
+    cacheColumns(id, values);
     TrackRow &track = row(id);
+    track.fileModified = modified;
     byPath_.remove(track.path);
     track.path = absolute;
     byPath_.insert(absolute, id);
@@ -458,6 +596,7 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
         QString path;
         QString persistentID;
         QHash<Prop, QVariant> values;
+        qint64 fileModified = 0;
     };
     QList<NewTrack> made;
     QList<qint64> existing;
@@ -486,12 +625,13 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
             const QDateTime now = QDateTime::currentDateTimeUtc();
             track.values.insert(Prop::dateAdded, now);
             track.values.insert(Prop::modificationDate, QFileInfo(file).lastModified().toUTC());
+            track.fileModified = fileModifiedTime(file);
             byPersistentID_.insert(track.persistentID, 0); // reserved until inserted
             made.append(std::move(track));
         }
     }
 
-    QStringList names = {"persistentID", "path"};
+    QStringList names = {"persistentID", "path", "fileModified"};
     const QList<Prop> properties = made.isEmpty() ? QList<Prop>() : made.first().values.keys();
     for (Prop property : properties)
         names.append(propertyName(property));
@@ -502,7 +642,7 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
     try {
         TransactionGuard transaction(database_);
         for (const NewTrack &track : made) {
-            QVariantList bound = {track.persistentID, track.path};
+            QVariantList bound = {track.persistentID, track.path, track.fileModified};
             for (Prop property : properties)
                 bound.append(columnValueToSql(trackColumns().at(trackColumnIndex(property)).type,
                                               track.values.value(property)));
@@ -529,11 +669,10 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
 qint64 LibraryStore::libraryPlaylistId()
 {
     QMutexLocker locker(&mutex_);
-    QSqlQuery &query = database_.run(
-        QStringLiteral("SELECT id FROM playlists WHERE specialKind = ?"), {qint64(kSpL)});
-    const qint64 id = query.next() ? query.value(0).toLongLong() : 0;
-    query.finish();
-    return id;
+    return database_
+        .singleValue(QStringLiteral("SELECT id FROM playlists WHERE specialKind = ?"),
+                     {qint64(kSpL)})
+        .toLongLong();
 }
 
 QList<qint64> LibraryStore::userPlaylistIds()
@@ -551,31 +690,28 @@ QList<qint64> LibraryStore::userPlaylistIds()
 std::optional<LibraryStore::PlaylistRow> LibraryStore::playlist(qint64 id)
 {
     QMutexLocker locker(&mutex_);
-    QSqlQuery &query = database_.run(
+    const std::optional<QSqlRecord> found = database_.singleRow(
         QStringLiteral("SELECT persistentID, name, specialKind, parent, smart, shared "
                        "FROM playlists WHERE id = ?"),
         {id});
-    if (!query.next())
+    if (!found)
         return std::nullopt;
-    PlaylistRow row{id,
-                    query.value(0).toString(),
-                    query.value(1).toString(),
-                    FourCharCode(query.value(2).toLongLong()),
-                    query.value(3).toLongLong(),
-                    query.value(4).toBool(),
-                    query.value(5).toBool()};
-    query.finish();
-    return row;
+    return PlaylistRow{id,
+                       found->value(0).toString(),
+                       found->value(1).toString(),
+                       FourCharCode(found->value(2).toLongLong()),
+                       found->value(3).toLongLong(),
+                       found->value(4).toBool(),
+                       found->value(5).toBool()};
 }
 
 qint64 LibraryStore::playlistIdForPersistentID(const QString &persistentID)
 {
     QMutexLocker locker(&mutex_);
-    QSqlQuery &query = database_.run(
-        QStringLiteral("SELECT id FROM playlists WHERE persistentID = ?"), {persistentID.toUpper()});
-    const qint64 id = query.next() ? query.value(0).toLongLong() : 0;
-    query.finish();
-    return id;
+    return database_
+        .singleValue(QStringLiteral("SELECT id FROM playlists WHERE persistentID = ?"),
+                     {persistentID.toUpper()})
+        .toLongLong();
 }
 
 QList<qint64> LibraryStore::descendants(qint64 playlistId)
@@ -656,11 +792,12 @@ void LibraryStore::appendToPlaylist(qint64 playlistId, const QList<qint64> &trac
     if (list->specialKind == kSpF || list->smart)
         throwBridgeFailure(kBridgeErrorUnsupported,
                            QStringLiteral("tracks cannot be added to %1").arg(list->name));
-    QSqlQuery &last = database_.run(
-        QStringLiteral("SELECT COALESCE(MAX(position), -1) FROM playlist_tracks WHERE playlist = ?"),
-        {playlistId});
-    qint64 position = last.next() ? last.value(0).toLongLong() : -1;
-    last.finish();
+    qint64 position =
+        database_
+            .singleValue(QStringLiteral("SELECT COALESCE(MAX(position), -1) FROM playlist_tracks "
+                                        "WHERE playlist = ?"),
+                         {playlistId})
+            .toLongLong();
     for (qint64 track : trackIds)
         database_.run(QStringLiteral("INSERT INTO playlist_tracks (playlist, position, track) "
                                      "VALUES (?, ?, ?)"),
@@ -740,11 +877,7 @@ void LibraryStore::deletePlaylist(qint64 id)
 QVariant LibraryStore::setting(const QString &key)
 {
     QMutexLocker locker(&mutex_);
-    QSqlQuery &query = database_.run(QStringLiteral("SELECT value FROM settings WHERE key = ?"),
-                                     {key});
-    const QVariant value = query.next() ? query.value(0) : QVariant();
-    query.finish();
-    return value;
+    return database_.singleValue(QStringLiteral("SELECT value FROM settings WHERE key = ?"), {key});
 }
 
 void LibraryStore::setSetting(const QString &key, const QVariant &value)

@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QRecursiveMutex>
+#include <QSet>
 #include <QTimer>
 
 #include <optional>
@@ -16,14 +17,19 @@
 // open, updated by every write made here), so reads cost no query. Another process writing the
 // same database is not seen until the library is opened again.
 //
-// File tags: a write to a property kept in files goes to the database and the cache at once
-// and is kept pending for its track; the file is saved once per track when
+// File tags: a write to a property kept in files goes to the cache at once and is kept
+// pending for its track; the file is saved once per track when
 //  - saveTrack() or saveAll() is called (the pool engine does so after each track),
 //  - the same thread writes a file tag of another track, or
 //  - the save timer fires, within a second, on the thread that made the store.
-// A save that fails restores the track's previous values in the database and the cache and
-// throws BridgeFailure (kBridgeErrorWriteFailed); from the timer, where no caller waits, the
-// failure goes to the exception sink and to tagSaveFailed().
+// The save writes the row in a transaction, replaces the file (see AudioFile), and only then
+// commits, with the file's new size and modification time: a database that cannot be written
+// stops the save before the file changes, and a save cut off between file and commit is found
+// by refreshChangedTracks(), which reads such files again. A save that fails restores the
+// track's previous values in the cache and throws BridgeFailure (kBridgeErrorWriteFailed);
+// from the timer, where no caller waits, the failure goes to the exception sink and to
+// tagSaveFailed(). Saved files reach the disk at checkpoints (every so many saves, saveAll()
+// and syncSavedFiles()), not one by one.
 class LibraryStore : public QObject
 {
     Q_OBJECT
@@ -45,7 +51,13 @@ public:
     QVariantMap storeMetadata(qint64 id);
 
     void saveTrack(qint64 id);
-    void saveAll();
+    void saveAll(); // and syncs the saved files
+    // Asks the file systems of the files saved since the last time to write them to disk.
+    void syncSavedFiles();
+    // Reads again, from the file, every track whose file's size or modification time is not
+    // what the library recorded (changed by another program, or a save cut off by a crash).
+    // Returns those tracks.
+    QList<qint64> refreshChangedTracks();
 
     // Artworks: the pictures in the file, then a picture held beside the file ("cover.jpg",
     // "folder.png" ... in its folder), which is the downloaded one.
@@ -120,6 +132,7 @@ private:
         QString persistentID;
         QString path;
         QList<QVariant> values; // in the order of trackColumns()
+        qint64 fileModified = 0; // ms since 1970, when the row last matched the file
     };
     struct PendingSave
     {
@@ -133,6 +146,10 @@ private:
     void appendToPlaylist(qint64 playlistId, const QList<qint64> &trackIds);
     TrackRow &row(qint64 id);
     void storeColumns(qint64 id, const QHash<Prop, QVariant> &values);
+    void writeColumns(qint64 id, const QHash<Prop, QVariant> &values, qint64 fileModified = -1);
+    void cacheColumns(qint64 id, const QHash<Prop, QVariant> &values);
+    void readFromFile(qint64 id, AudioFile &file);
+    void noteSaved(const QString &path);
     void relink(qint64 id, const QString &path);
     PendingSave &pendingFor(qint64 id);
     void saveOthersOfThisThread(qint64 id);
@@ -152,4 +169,6 @@ private:
     QHash<qint64, PendingSave> pending_;
     QStringList selection_;
     QTimer saveTimer_;
+    QSet<QString> unsyncedFolders_;
+    int unsyncedSaves_ = 0;
 };

@@ -78,4 +78,39 @@ TEST(LibraryCli, AddListShowAndPlaylists)
         EXPECT_NE(runCli(data, bad).status, 0) << bad.join(' ').toStdString();
 }
 
+// A library that cannot be used ends the command with a message and status 1, never a crash;
+// `library update` reads again what changed behind the library's back.
+TEST(LibraryCli, ALibraryThatCannotBeOpenedGivesAMessageAndStatus1)
+{
+    QTemporaryDir dir;
+    const QString data = dir.filePath("data");
+    const QString song = makeAudio(dir.filePath("in"), "song.mp3");
+    ASSERT_EQ(runCli(data, {"library", "add", song}).status, 0);
+    CliRun run = runCli(data, {"library", "update"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "0 read again\n");
+    QFile touched(song);
+    ASSERT_TRUE(touched.open(QIODevice::Append));
+    touched.write(QByteArray(100, '\0'));
+    touched.close();
+    EXPECT_EQ(runCli(data, {"library", "update"}).out, "1 read again\n");
+
+    const QString database = data + "/Orvane Library/Library.sqlite";
+    QFile::remove(database + "-wal");
+    QFile::remove(database + "-shm");
+    QFile damaged(database);
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    damaged.write(QByteArray("this was a library once").repeated(300));
+    damaged.close();
+    const QStringList organize = {"organize", "1", "--all", "--set", "yourSearchText=a",
+                                  "--set", "yourReplaceText=b"};
+    for (const QStringList &arguments : {QStringList{"library", "list"}, organize}) {
+        run = runCli(data, arguments);
+        EXPECT_EQ(run.status, 1) << arguments.join(' ').toStdString();
+        EXPECT_TRUE(run.err.contains("cannot open the library " + database))
+            << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains("move it away")) << run.err.toStdString();
+    }
+}
+
 } // namespace
