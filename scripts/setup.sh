@@ -14,6 +14,7 @@ packages=(
   mpv mpv-mpris xvfb xauth xdotool
   ffmpeg python3 python3-mutagen
   kid3-cli
+  clang libclang-rt-14-dev
 )
 
 missing=()
