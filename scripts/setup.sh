@@ -15,6 +15,7 @@ packages=(
   fonts-dejavu-core gnome-keyring dbus
   mpv mpv-mpris xvfb xauth xdotool
   ffmpeg python3 python3-mutagen
+  clang libclang-rt-14-dev
   "$@"
 )
 

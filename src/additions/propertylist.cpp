@@ -9,8 +9,11 @@
 
 #include <plist/plist.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -30,8 +33,195 @@ QString takeString(char *raw)
     return text;
 }
 
-QVariant toVariant(plist_t node)
+// Nesting deeper than this is refused: settings files are a few levels deep, and both
+// libplist's parsers and the conversion below recurse once per level.
+constexpr int kMaxDepth = PropertyList::kMaxNesting;
+// Objects a binary property list may stand for once shared objects are counted at every use:
+// far beyond any settings file, far below what would exhaust memory.
+constexpr quint64 kMaxExpandedObjects = quint64(1) << 20;
+
+// Whether no element of the XML nests deeper than the limit. Comments, CDATA, declarations and
+// quoted attribute values are skipped as XML reads them; anything malformed is left to libplist.
+bool xmlNestingWithin(const QByteArray &data, int limit)
 {
+    const char *p = data.constData();
+    const char *const end = p + data.size();
+    const auto skipPast = [&](const char *from, const char *marker) {
+        const qsizetype length = qsizetype(std::strlen(marker));
+        const char *found = std::search(from, end, marker, marker + length);
+        return found == end ? end : found + length;
+    };
+    const auto startsWith = [&](const char *at, const char *text) {
+        const qsizetype length = qsizetype(std::strlen(text));
+        return end - at >= length && std::memcmp(at, text, size_t(length)) == 0;
+    };
+    int depth = 0;
+    while (p < end) {
+        p = static_cast<const char *>(std::memchr(p, '<', size_t(end - p)));
+        if (!p)
+            break;
+        ++p;
+        if (startsWith(p, "!--")) {
+            p = skipPast(p + 3, "-->");
+        } else if (startsWith(p, "![CDATA[")) {
+            p = skipPast(p + 8, "]]>");
+        } else if (p < end && (*p == '?' || *p == '!')) {
+            p = skipPast(p, ">");
+        } else if (p < end && *p == '/') {
+            --depth;
+            p = skipPast(p, ">");
+        } else {
+            // An opening tag, up to its '>' outside quotes; "<x/>" is empty.
+            char quote = 0;
+            char previous = 0;
+            while (p < end && (quote || *p != '>')) {
+                if (quote && *p == quote)
+                    quote = 0;
+                else if (!quote && (*p == '"' || *p == '\''))
+                    quote = *p;
+                previous = *p++;
+            }
+            if (p < end)
+                ++p;
+            if (previous != '/' && ++depth > limit)
+                return false;
+        }
+    }
+    return true;
+}
+
+quint64 bigEndian(const uchar *bytes, int size)
+{
+    quint64 value = 0;
+    for (int i = 0; i < size; ++i)
+        value = (value << 8) | bytes[i];
+    return value;
+}
+
+// Whether a binary property list is sound enough for libplist, whose parser recurses into
+// containers: the trailer, the offset table and every container's references lie inside the
+// data, references stay within the objects, no container contains itself, and no path from
+// the top object is deeper than the limit. Walks the objects without recursion, each once.
+bool binaryPlistSafe(const QByteArray &data, int limit)
+{
+    constexpr qsizetype kHeader = 8;
+    constexpr qsizetype kTrailer = 32;
+    const auto *bytes = reinterpret_cast<const uchar *>(data.constData());
+    const quint64 size = quint64(data.size());
+    if (data.size() < kHeader + kTrailer)
+        return false;
+    const uchar *trailer = bytes + size - kTrailer;
+    const int offsetSize = trailer[6];
+    const int refSize = trailer[7];
+    const quint64 objectCount = bigEndian(trailer + 8, 8);
+    const quint64 topObject = bigEndian(trailer + 16, 8);
+    const quint64 tableOffset = bigEndian(trailer + 24, 8);
+    const quint64 bodyEnd = size - kTrailer;
+    if (offsetSize < 1 || offsetSize > 8 || refSize < 1 || refSize > 8 || objectCount == 0
+        || topObject >= objectCount || tableOffset < quint64(kHeader) || tableOffset > bodyEnd
+        || objectCount > (bodyEnd - tableOffset) / quint64(offsetSize))
+        return false;
+
+    // The references of container `index` (empty for other objects); false when malformed.
+    struct Container
+    {
+        quint64 firstRef = 0;
+        quint64 refCount = 0;
+    };
+    const auto containerAt = [&](quint64 index, Container &container) {
+        const quint64 offset = bigEndian(bytes + tableOffset + index * quint64(offsetSize), offsetSize);
+        if (offset < quint64(kHeader) || offset >= tableOffset)
+            return false;
+        const uchar marker = bytes[offset];
+        const int type = marker >> 4;
+        container = {};
+        if (type != 0xA && type != 0xC && type != 0xD)
+            return true;
+        quint64 count = marker & 0x0F;
+        quint64 position = offset + 1;
+        if (count == 0x0F) {
+            if (position >= tableOffset || (bytes[position] >> 4) != 0x1)
+                return false;
+            const int countSize = 1 << (bytes[position] & 0x0F);
+            if (countSize > 8 || tableOffset - position - 1 < quint64(countSize))
+                return false;
+            count = bigEndian(bytes + position + 1, countSize);
+            position += 1 + quint64(countSize);
+        }
+        const quint64 refs = type == 0xD ? count * 2 : count;
+        if ((type == 0xD && count > (quint64(1) << 62)) || refs > (tableOffset - position) / quint64(refSize))
+            return false;
+        container = {position, refs};
+        return true;
+    };
+
+    // Post-order walk. libplist parses an object once per reference to it, so a shared object
+    // counts at every place it is used: its height against the depth there, its expanded size
+    // against the total.
+    enum : uchar { Unseen, Open, Done };
+    std::vector<uchar> state(objectCount, Unseen);
+    std::vector<int> height(objectCount, 0);
+    std::vector<quint64> expanded(objectCount, 0);
+    struct Frame
+    {
+        quint64 index;
+        Container container;
+        quint64 next;
+        int childHeight;
+        quint64 size;
+    };
+    std::vector<Frame> path;
+    const auto enter = [&](quint64 index) {
+        Container container;
+        if (!containerAt(index, container))
+            return false;
+        state[index] = Open;
+        path.push_back({index, container, 0, 0, 1});
+        return int(path.size()) <= limit;
+    };
+    if (!enter(topObject))
+        return false;
+    while (!path.empty()) {
+        Frame &frame = path.back();
+        if (frame.next == frame.container.refCount) {
+            const Frame done = frame;
+            path.pop_back();
+            state[done.index] = Done;
+            height[done.index] = done.childHeight + 1;
+            expanded[done.index] = done.size;
+            if (!path.empty()) {
+                path.back().childHeight = std::max(path.back().childHeight, height[done.index]);
+                path.back().size += done.size;
+                if (path.back().size > kMaxExpandedObjects)
+                    return false;
+            }
+            continue;
+        }
+        const quint64 child =
+            bigEndian(bytes + frame.container.firstRef + frame.next++ * quint64(refSize), refSize);
+        if (child >= objectCount || state[child] == Open)
+            return false;
+        if (state[child] == Unseen) {
+            if (!enter(child))
+                return false;
+            continue;
+        }
+        if (int(path.size()) + height[child] > limit)
+            return false;
+        frame.childHeight = std::max(frame.childHeight, height[child]);
+        frame.size += expanded[child];
+        if (frame.size > kMaxExpandedObjects)
+            return false;
+    }
+    return true;
+}
+
+QVariant toVariant(plist_t node, int depth, bool &tooDeep)
+{
+    if (depth > kMaxDepth) {
+        tooDeep = true;
+        return {};
+    }
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
         uint8_t value = 0;
@@ -72,7 +262,7 @@ QVariant toVariant(plist_t node)
         QVariantList list;
         const uint32_t size = plist_array_get_size(node);
         for (uint32_t i = 0; i < size; ++i)
-            list << toVariant(plist_array_get_item(node, i));
+            list << toVariant(plist_array_get_item(node, i), depth + 1, tooDeep);
         return list;
     }
     case PLIST_DICT: {
@@ -85,7 +275,7 @@ QVariant toVariant(plist_t node)
             plist_dict_next_item(node, iter, &key, &value);
             if (!key)
                 break;
-            map.insert(takeString(key), toVariant(value));
+            map.insert(takeString(key), toVariant(value, depth + 1, tooDeep));
         }
         free(iter);
         return map;
@@ -165,12 +355,17 @@ QVariant fromData(const QByteArray &data)
 {
     if (data.isEmpty())
         return {};
+    // plist_from_memory takes the binary form by this magic, everything else as XML.
+    if (data.startsWith("bplist00") ? !binaryPlistSafe(data, kMaxDepth) : !xmlNestingWithin(data, kMaxDepth))
+        return {};
     plist_t raw = nullptr;
     plist_from_memory(data.constData(), static_cast<uint32_t>(data.size()), &raw);
     if (!raw)
         return {};
     PlistPtr root(raw);
-    return toVariant(root.get());
+    bool tooDeep = false;
+    QVariant value = toVariant(root.get(), 1, tooDeep);
+    return tooDeep ? QVariant() : value;
 }
 
 QVariant read(const QString &path)

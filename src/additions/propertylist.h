@@ -8,8 +8,11 @@
 // lists, integers, reals, booleans, text, data, dates). Reading accepts XML and binary.
 namespace PropertyList {
 
-// The value in the file, or an invalid QVariant when the file is missing, unreadable or
-// not a property list.
+// Containers nested deeper than this make the whole file unreadable, whatever its form.
+constexpr int kMaxNesting = 512;
+
+// The value in the file, or an invalid QVariant when the file is missing, unreadable, not a
+// property list or nested deeper than kMaxNesting.
 QVariant read(const QString &path);
 QVariant fromData(const QByteArray &data);
 

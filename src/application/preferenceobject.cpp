@@ -4,6 +4,31 @@
 #include "additions/filewriting.h"
 #include "additions/propertylist.h"
 
+namespace {
+
+// A value from the file as the setting's type, or the default when the key is missing or
+// holds something of another kind (text where a number belongs, a list where text does).
+QVariant fileValueOrDefault(const QVariantMap &file, const PreferenceObject::Setting &setting)
+{
+    const auto found = file.constFind(QLatin1String(setting.key));
+    if (found == file.constEnd() || !found->isValid())
+        return setting.defaultValue;
+    const int wanted = setting.defaultValue.typeId();
+    const int given = found->typeId();
+    const auto isNumber = [](int type) {
+        return type == QMetaType::Int || type == QMetaType::LongLong || type == QMetaType::UInt
+               || type == QMetaType::ULongLong || type == QMetaType::Double;
+    };
+    if (given == wanted || (isNumber(wanted) && isNumber(given) && wanted != QMetaType::Bool)) {
+        QVariant value = *found;
+        value.convert(setting.defaultValue.metaType());
+        return value;
+    }
+    return setting.defaultValue;
+}
+
+} // namespace
+
 PreferenceObject::PreferenceObject(QList<Setting> settings, QObject *parent)
     : QObject(parent), settings_(std::move(settings))
 {
@@ -34,7 +59,7 @@ void PreferenceObject::readUserPreferences()
             return;
         }
         for (const Setting &setting : settings_)
-            values_.insert(QLatin1String(setting.property), file.value(QLatin1String(setting.key)));
+            values_.insert(QLatin1String(setting.property), fileValueOrDefault(file, setting));
         emit settingsChanged();
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);

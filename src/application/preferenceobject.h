@@ -11,9 +11,8 @@
 // calls loadUserPreferencesDefaults() and readUserPreferences(). Every object holds its own
 // copy: another object of the same class sees a saved change only after readUserPreferences().
 //
-// A setting whose key was missing from the file is null (an invalid QVariant): it reads as
-// false or 0, and the next save throws while building the file's map, so the file heals itself
-// through the failure handling of saveUserPreferences(). Main thread.
+// A setting whose key is missing from the file, or holds a value of another kind, takes its
+// default, which the next save writes into the file. Main thread.
 class PreferenceObject : public QObject
 {
     Q_OBJECT

@@ -6,7 +6,6 @@
 #include "pool/functionpoolcontroller.h"
 #include "pool/poolfunctionregistry.h"
 
-#include <QFileInfo>
 
 namespace {
 
@@ -43,20 +42,36 @@ void Function0006::doMyFunctionMain(const ITunesTrack &track)
     if (name == lastPathComponent(path))
         return;
 
+    const QString folder = parentFolder(path);
+    if (const QString refusal = linkedFolderRefusal(folder, myFunctionPool()->subMusicFolder());
+        !refusal.isEmpty())
+        throwRenameRefusal(refusal);
     QString source = path;
-    QString target = parentFolder(path) + QLatin1Char('/') + name;
+    QString target = folder + QLatin1Char('/') + name;
+    if (isSymbolicLink(target))
+        throwRenameRefusal(QStringLiteral("\"%1\" is a symbolic link; Orvane never renames a file onto "
+                                          "a link: remove or rename the link, then run the function "
+                                          "again").arg(target));
     // Goes through a temporary name, so that a name differing only in case can be taken on a
     // file system that ignores case.
-    if (QFileInfo::exists(target)) {
+    if (pathIsTaken(target)) {
         const QString temporary = target + QLatin1Char('.') + extension;
-        if (renameOnDisk(source, temporary))
+        if (renameOnDisk(source, temporary).ok())
             source = temporary;
         target = ov_deletingPathExtension(temporary);
     }
-    if (renameOnDisk(source, target))
+    const RenameResult renamed = renameOnDisk(source, target);
+    if (renamed.ok())
         source = target;
-    if (source != path)
-        fileTrack.setLocation(source);
+    else if (source == path)
+        throwRenameRefusal(renamed.reason);
+    // Otherwise the name is another file's: the track keeps the temporary one.
+    fileTrack.setLocation(source);
+    if (myFunctionPool()->currentTrackFailed()) {
+        // The library cannot follow: the file goes back to where the library looks for it.
+        renameOnDisk(source, path);
+        return;
+    }
 
     if (yourWriteToComment)
         track.setComment(ov_deletingPathExtension(lastPathComponent(target)));

@@ -4,7 +4,6 @@
 #include "pool/functionpoolcontroller.h"
 #include "pool/poolfunctionregistry.h"
 
-#include <QFileInfo>
 
 namespace {
 
@@ -48,17 +47,26 @@ void Function0010::doMyFunctionMain(const ITunesTrack &track)
 
     const QString target = parentFolder(album) + QLatin1Char('/') + name;
     if (name != lastPathComponent(album)) {
+        if (const QString refusal = folderRenameRefusal(album, myFunctionPool()->subMusicFolder());
+            !refusal.isEmpty())
+            throwRenameRefusal(refusal);
+        if (isSymbolicLink(target))
+            throwRenameRefusal(QStringLiteral("\"%1\" is a symbolic link; Orvane never renames a folder "
+                                              "onto a link: remove or rename the link, then run the "
+                                              "function again").arg(target));
         follower_.prepare();
         QString source = album;
-        if (QFileInfo::exists(target)) {
+        if (pathIsTaken(target)) {
             const QString detour = target + name;
-            if (renameOnDisk(source, detour))
+            if (renameOnDisk(source, detour).ok())
                 source = detour;
         }
-        if (renameOnDisk(source, target))
+        const RenameResult renamed = renameOnDisk(source, target);
+        if (renamed.ok())
             source = target;
-        if (source != album)
-            follower_.folderDidMove(album, source);
+        else if (source == album)
+            throwRenameRefusal(renamed.reason);
+        follower_.folderDidMove(album, source);
         myFunctionPool()->setYourLogNo(1);
     }
     if (yourWriteToComment) {

@@ -29,6 +29,7 @@ public:
     RemoteObjectPtr make(ObjectClass objectClass, const QVariantMap &properties, Prop list,
                          qsizetype index) override;
     RemoteObjectList add(const QStringList &paths, const RemoteObjectPtr &to) override;
+    QString musicFolder() override { return library_ ? library_->musicFolder() : QString(); }
 
 private:
     // The backend that answers for a property of the application.

@@ -552,6 +552,18 @@ MemoryObjectPtr MemoryPlayer::lastRevealed() const
     return lastRevealed_.lock();
 }
 
+void MemoryPlayer::setMusicFolder(const QString &path)
+{
+    Lock lock(mutex_);
+    musicFolder_ = path;
+}
+
+QString MemoryPlayer::musicFolder()
+{
+    Lock lock(mutex_);
+    return musicFolder_;
+}
+
 bool MemoryPlayer::isRunning() const
 {
     Lock lock(mutex_);

@@ -117,6 +117,7 @@ public:
     void setLaunchable(bool launchable);
     int launchCount() const;
     MemoryObjectPtr lastRevealed() const;
+    void setMusicFolder(const QString &path); // empty at the start
 
     // --- Notifications, emitted at once on the calling thread.
     void postPlayerInfo(const QVariantMap &userInfo);
@@ -145,6 +146,7 @@ public:
     RemoteObjectList elements(Prop list) override;
     void perform(Command command) override;
     RemoteObjectList add(const QStringList &paths, const RemoteObjectPtr &to) override;
+    QString musicFolder() override;
 
 private:
     friend class MemoryObject;
@@ -186,6 +188,7 @@ private:
     std::weak_ptr<MemoryObject> lastRevealed_;
     QList<Failure> failures_;
     QHash<Prop, int> writeCounts_;
+    QString musicFolder_;
     quint64 nextID_ = 1;
     bool running_ = true;
     bool launchable_ = true;

@@ -37,6 +37,10 @@ public:
 
     // Null for a backend that never notifies.
     virtual PlayerNotifier *notifier() { return nullptr; }
+
+    // The folder the backend keeps its music in, which the organizer never renames or leaves;
+    // empty when the backend has none (the organizer then refuses to rename folders).
+    virtual QString musicFolder() { return {}; }
 };
 
 using PlayerBackendPtr = std::shared_ptr<PlayerBackend>;

@@ -12,6 +12,7 @@
 #include "pool/servergate.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QThread>
 #include <QTimer>
 
@@ -29,6 +30,18 @@ constexpr qint64 kTakesOverResult = 14;
 constexpr qint64 kSkipLoopResult = 2;
 
 const QString kNoLocationPath = QStringLiteral(".../... ?");
+
+// Calls that change something: writes ("setComment"), saves, moves, copies and deletions. A
+// failed read only yields an empty value and is left to the function.
+bool isChangingOperation(const QString &operation)
+{
+    if (operation.size() > 3 && operation.startsWith(QLatin1String("set")) && operation.at(3).isUpper())
+        return true;
+    static const QStringList changing{QStringLiteral("saveTags"), QStringLiteral("moveTo"),
+                                      QStringLiteral("duplicateTo"), QStringLiteral("deleteItem"),
+                                      QStringLiteral("make"), QStringLiteral("add")};
+    return changing.contains(operation);
+}
 
 } // namespace
 
@@ -249,6 +262,7 @@ void FunctionPoolController::joinWorker()
 
 void FunctionPoolController::poolFunctionMain(qint64 number)
 {
+    workerThreadId_ = std::this_thread::get_id();
     try {
         // A run that stopped with an alert leaves the state to the alert, which sets idle on
         // the main thread; a second idle from here could land in the next run.
@@ -304,6 +318,7 @@ bool FunctionPoolController::poolFunctionLoop()
     poolProgressMessage(1);
     yourTunes_.setTimeout(kFetchSelectionTimeout);
     yourLastErrorNo_ = 0;
+    yourFailedTrackCount_ = 0;
 
     bool libraryMissing = false;
     const QList<ITunesTrack> tracks = fetchTrackSet(libraryMissing);
@@ -352,6 +367,7 @@ bool FunctionPoolController::poolFunctionLoop()
         try {
             (this->*perform)(tracks.at(index), index);
         } catch (const std::exception &exception) {
+            trackUnderWay_ = false;
             try {
                 myFunctionPoolErrorLog_->addErrorLogEntry(exception);
             } catch (...) {
@@ -376,15 +392,22 @@ void FunctionPoolController::poolFunctionPerformOnTrack(const ITunesTrack &track
     }
     yourLogNo_ = 0;
     QString infoText;
+    beginTrack();
     try {
         yourCurrentFunction_->doMyFunctionMain(track);
+        // Saved even after a failed write, so that the file and the library agree on the rest.
         track.saveTags();
+        if (endTrack())
+            yourLogNo_ = -1;
         infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
     } catch (const std::exception &exception) {
+        if (!endTrack())
+            ++yourFailedTrackCount_;
         yourLogNo_ = -1;
         myFunctionPoolErrorLog_->addErrorLogEntry(exception);
         infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
     } catch (...) {
+        trackUnderWay_ = false;
         myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, QString());
         throw;
     }
@@ -404,13 +427,23 @@ void FunctionPoolController::poolFunctionPerformLibrarySearch(const ITunesTrack 
 void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64 counter,
                                                 void (PoolFunction::*operation)(const ITunesTrack &, qint64))
 {
+    beginTrack();
     try {
         (yourCurrentFunction_->*operation)(track, counter);
         track.saveTags();
+        // These functions log their own entries; a failed write adds the track's error.
+        if (endTrack()) {
+            yourLogNo_ = -1;
+            myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_,
+                                            trackInfoText(track, track.as<ITunesFileTrack>().location()));
+        }
     } catch (const std::exception &exception) {
+        const bool writeFailed = endTrack();
         QString path = track.as<ITunesFileTrack>().location();
         if (!path.isEmpty()) {
             yourLogNo_ = -1;
+            if (!writeFailed)
+                ++yourFailedTrackCount_;
             myFunctionPoolErrorLog_->addErrorLogEntry(exception);
         } else {
             yourLogNo_ = 5;
@@ -418,6 +451,40 @@ void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64
         }
         myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, path));
     }
+}
+
+void FunctionPoolController::beginTrack()
+{
+    std::lock_guard lock(trackFailuresMutex_);
+    trackFailures_.clear();
+    trackUnderWay_ = true;
+}
+
+bool FunctionPoolController::endTrack()
+{
+    trackUnderWay_ = false;
+    QList<TrackFailure> failures;
+    {
+        std::lock_guard lock(trackFailuresMutex_);
+        failures.swap(trackFailures_);
+    }
+    if (failures.isEmpty())
+        return false;
+    ++yourFailedTrackCount_;
+    for (const TrackFailure &failure : std::as_const(failures))
+        myFunctionPoolErrorLog_->addErrorLogEntry(OVException(
+            failure.error.domain,
+            QStringLiteral("%1 failed: %2").arg(failure.operation, failure.error.message),
+            {{QStringLiteral("code"), failure.error.code},
+             {QStringLiteral("className"), failure.className},
+             {QStringLiteral("operation"), failure.operation}}));
+    return true;
+}
+
+bool FunctionPoolController::currentTrackFailed() const
+{
+    std::lock_guard lock(trackFailuresMutex_);
+    return !trackFailures_.isEmpty();
 }
 
 void FunctionPoolController::poolFunctionEnd()
@@ -508,8 +575,10 @@ ITunesLibraryPlaylist FunctionPoolController::subLibraryPlaylist(const ITunesSou
 
 QString FunctionPoolController::subAlbumFolderPath(const QString &path) const
 {
+    // An empty disc folder name would make every folder a disc folder of its parent.
+    const QString discFolderName = myPreferences_->prefAlbumDiscFolderName();
     const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
-    if (slash < 0 || !path.mid(slash + 1).startsWith(myPreferences_->prefAlbumDiscFolderName()))
+    if (slash < 0 || discFolderName.isEmpty() || !path.mid(slash + 1).startsWith(discFolderName))
         return path;
     return slash == 0 ? QStringLiteral("/") : path.left(slash);
 }
@@ -522,6 +591,19 @@ bool FunctionPoolController::subIsAudioFile(const QString &path) const
 bool FunctionPoolController::subIsImageFile(const QString &path) const
 {
     return myPreferences_->prefFileImageSuffixList().contains(ov_pathExtension(path), Qt::CaseInsensitive);
+}
+
+QString FunctionPoolController::subMusicFolder() const
+{
+    const ScriptingConnectionPtr &connection = yourTunes_.connection();
+    if (!connection || !connection->backend)
+        return {};
+    try {
+        const QString folder = connection->backend->musicFolder();
+        return folder.isEmpty() ? QString() : QFileInfo(folder).canonicalFilePath();
+    } catch (const BridgeFailure &) {
+        return {}; // the library is not open
+    }
 }
 
 // --- Tables
@@ -559,6 +641,13 @@ void FunctionPoolController::eventDidFail(const QString &className, const QStrin
                                           const BridgeError &withError)
 {
     yourLastErrorNo_ = -1;
+    if (trackUnderWay_ && std::this_thread::get_id() == workerThreadId_.load()
+        && isChangingOperation(operation)) {
+        // The track's error: the error log reports it when the track ends.
+        std::lock_guard lock(trackFailuresMutex_);
+        trackFailures_.append({className, operation, withError});
+        return;
+    }
     ExceptionSink::logException(OVException(withError.domain, QStringLiteral("FunctionPoolController"),
                                             {{QStringLiteral("code"), withError.code},
                                              {QStringLiteral("message"), withError.message},

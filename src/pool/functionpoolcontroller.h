@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <atomic>
+#include <mutex>
 #include <thread>
 
 class FunctionPoolErrorLog;
@@ -51,6 +52,11 @@ public:
     bool yourCurrentFunctionCancel() const { return yourCurrentFunctionCancel_; }
     qint64 yourLastErrorNo() const { return yourLastErrorNo_; }
     qint64 yourLogNo() const { return yourLogNo_; }
+    // Tracks of the last run that ended in an error (state -1).
+    qint64 yourFailedTrackCount() const { return yourFailedTrackCount_; }
+    // Worker thread, within doMyFunctionMain: whether a write, save or move of the track under
+    // way has failed so far (the track then ends as an error whatever the function says).
+    bool currentTrackFailed() const;
     void setYourLogNo(qint64 changeState) { yourLogNo_ = changeState; }
     const ITunesApplication &yourTunes() const { return yourTunes_; }
     RunState runState() const { return runState_; }
@@ -90,6 +96,8 @@ public:
     QString subAlbumFolderPath(const QString &path) const;
     bool subIsAudioFile(const QString &path) const;
     bool subIsImageFile(const QString &path) const;
+    // The library's music folder with symbolic links resolved; empty when there is none.
+    QString subMusicFolder() const;
 
     // The alert of a code, and the key of a progress comment (empty: none).
     static PoolAlert alertForCode(qint64 code);
@@ -121,6 +129,9 @@ private:
     void performLibraryForm(const ITunesTrack &track, qint64 counter,
                             void (PoolFunction::*operation)(const ITunesTrack &, qint64));
     void joinWorker();
+    // Collect the failed writes of one track (worker thread) and turn them into its error.
+    void beginTrack();
+    bool endTrack(); // true when the track failed; its failures are then in the error log
 
     PoolFrontEnd *frontEnd_;
     FunctionPoolPreferences *myPreferences_;
@@ -134,6 +145,18 @@ private:
     std::atomic<bool> yourCurrentFunctionCancel_{false};
     std::atomic<qint64> yourLastErrorNo_{0};
     qint64 yourLogNo_ = 0; // worker only
+    std::atomic<qint64> yourFailedTrackCount_{0};
+    // Failed writes reported by the bridge while a track is under way on the worker.
+    struct TrackFailure
+    {
+        QString className;
+        QString operation;
+        BridgeError error;
+    };
+    std::atomic<std::thread::id> workerThreadId_{};
+    std::atomic<bool> trackUnderWay_{false};
+    mutable std::mutex trackFailuresMutex_;
+    QList<TrackFailure> trackFailures_;
     ITunesApplication yourTunes_;
     RunState runState_ = RunState::Idle; // main thread
     bool preScheduled_ = false;

@@ -214,7 +214,15 @@ int OrganizeRun::run(const OrganizeRequest &request)
     pool.myPreferences()->closeFunctionPool();
     if (alerted_)
         return 2;
-    return completed_ ? 0 : 1;
+    if (!completed_)
+        return 1;
+    if (const qint64 failed = pool.yourFailedTrackCount(); failed > 0) {
+        err_ << "orvane-cli: " << failed << (failed == 1 ? " track" : " tracks")
+             << " failed; the \"error\" lines on standard output say why\n";
+        err_.flush();
+        return 1;
+    }
+    return 0;
 }
 
 void OrganizeRun::presentAlert(const PoolAlert &alert, AlertCompletion completion)

@@ -30,8 +30,9 @@ public:
 
     OrganizeRun(QTextStream &out, QTextStream &err, SelectTracks selectTracks);
 
-    // Exit status: 0 for a run that went to its end, 2 for an alert or a request that cannot
-    // be run, 1 for a run the function stopped by itself.
+    // Exit status: 0 for a run that went to its end with every track handled, 1 for a run in
+    // which any track failed (counted on `err`) or that the function stopped by itself, 2 for
+    // an alert or a request that cannot be run.
     int run(const OrganizeRequest &request);
 
     // "N<TAB>Function000N<TAB>title" per function of this build.

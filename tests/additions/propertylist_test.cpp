@@ -1,5 +1,6 @@
 #include "additions/ovexception.h"
 #include "additions/propertylist.h"
+#include "plistfixtures.h"
 
 #include <QDateTime>
 #include <QTimeZone>
@@ -9,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <plist/plist.h>
+
 namespace {
 
 QString writeText(const QString &path, const QByteArray &bytes)
@@ -17,6 +20,18 @@ QString writeText(const QString &path, const QByteArray &bytes)
     file.open(QIODevice::WriteOnly);
     file.write(bytes);
     return path;
+}
+
+// How many arrays are nested in the value, the outermost included.
+int arrayDepth(QVariant value)
+{
+    int depth = 0;
+    while (value.typeId() == QMetaType::QVariantList) {
+        ++depth;
+        const QVariantList list = value.toList();
+        value = list.isEmpty() ? QVariant() : list.first();
+    }
+    return depth;
 }
 
 } // namespace
@@ -89,4 +104,48 @@ TEST(PropertyList, ANullValueThrowsAndLeavesTheFileAsItWas)
     ASSERT_TRUE(PropertyList::write(path, QVariantMap{{"kept", 1}}));
     EXPECT_THROW(PropertyList::write(path, QVariantMap{{"missing", QVariant()}}), OVException);
     EXPECT_EQ(PropertyList::readMap(path).value("kept").toInt(), 1);
+}
+
+TEST(PropertyList, NestingBeyondTheLimitInEitherFormReadsAsNothing)
+{
+    EXPECT_EQ(arrayDepth(PropertyList::fromData(nestedXmlArrays(500))), 500);
+    EXPECT_EQ(arrayDepth(PropertyList::fromData(nestedBinaryArrays(500))), 500);
+    for (const int depth : {PropertyList::kMaxNesting + 1, 200000}) {
+        EXPECT_FALSE(PropertyList::fromData(nestedXmlArrays(depth)).isValid()) << depth;
+        EXPECT_FALSE(PropertyList::fromData(nestedBinaryArrays(depth)).isValid()) << depth;
+    }
+    // Tags in comments and CDATA do not count.
+    const QByteArray commented = "<plist><!-- " + QByteArray("<array>").repeated(600)
+                                 + " --><string><![CDATA[" + QByteArray("<array>").repeated(600)
+                                 + "]]></string></plist>";
+    EXPECT_EQ(PropertyList::fromData(commented).toString(), QString(QByteArray("<array>").repeated(600)));
+
+    // An array holding itself, a reference past the objects, and 45 arrays each holding the
+    // next twice, which libplist would expand into 2^45 objects.
+    EXPECT_FALSE(PropertyList::fromData(binaryArrays(1, [](int) { return QList<quint32>{0}; })).isValid());
+    EXPECT_FALSE(PropertyList::fromData(binaryArrays(2, [](int) { return QList<quint32>{5}; })).isValid());
+    const QByteArray doubling = binaryArrays(45, [](int i) {
+        return i + 1 < 45 ? QList<quint32>{quint32(i + 1), quint32(i + 1)} : QList<quint32>{};
+    });
+    EXPECT_FALSE(PropertyList::fromData(doubling).isValid());
+    // The same sharing a few levels deep is an ordinary file.
+    const QByteArray shared = binaryArrays(5, [](int i) {
+        return i + 1 < 5 ? QList<quint32>{quint32(i + 1), quint32(i + 1)} : QList<quint32>{};
+    });
+    EXPECT_EQ(arrayDepth(PropertyList::fromData(shared)), 5);
+
+    // A binary file as libplist writes it, with a dictionary, text and numbers.
+    plist_t root = plist_new_dict();
+    plist_t list = plist_new_array();
+    plist_array_append_item(list, plist_new_string("two"));
+    plist_array_append_item(list, plist_new_uint(3));
+    plist_dict_set_item(root, "list", list);
+    plist_dict_set_item(root, "flag", plist_new_bool(1));
+    char *binary = nullptr;
+    uint32_t length = 0;
+    plist_to_bin(root, &binary, &length);
+    plist_free(root);
+    const QVariant read = PropertyList::fromData(QByteArray(binary, qsizetype(length)));
+    free(binary);
+    EXPECT_EQ(read, (QVariantMap{{"list", QVariantList{"two", qint64(3)}}, {"flag", true}}));
 }

@@ -1,6 +1,8 @@
-#include "additions/exceptionsink.h"
 #include "additions/propertylist.h"
 #include "application/preferenceobject.h"
+#include "plistfixtures.h"
+
+#include <QFile>
 
 #include <QTemporaryDir>
 
@@ -46,23 +48,35 @@ TEST(PreferenceObject, CopiesSeeEachOthersSavesOnlyAfterReading)
     EXPECT_TRUE(second.prefFlag());
 }
 
-TEST(PreferenceObject, MissingKeyFailsTheSaveAndLeavesTheFile)
+TEST(PreferenceObject, AMissingOrMistypedKeyTakesItsDefaultAndTheNextSaveWritesIt)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath("Sample.plist");
-    ASSERT_TRUE(PropertyList::write(path, QVariantMap{{"Flag", true}}));
-    QStringList logged;
-    ExceptionSink::setHandler([&](const OVException &e) { logged << e.name(); });
+    for (const QVariantMap &file : {QVariantMap{{"Flag", true}}, QVariantMap{{"Flag", true}, {"Count", "many"}}}) {
+        ASSERT_TRUE(PropertyList::write(path, file));
+        SamplePreferences preferences(path);
+        EXPECT_TRUE(preferences.prefFlag());
+        EXPECT_FALSE(preferences.isSettingNull("prefCount"));
+        EXPECT_EQ(preferences.prefCount(), 5);
 
-    SamplePreferences preferences(path);
-    EXPECT_TRUE(preferences.prefFlag());
-    EXPECT_TRUE(preferences.isSettingNull("prefCount"));
-    EXPECT_EQ(preferences.prefCount(), 0);
+        preferences.saveUserPreferences();
+        EXPECT_EQ(PropertyList::readMap(path), (QVariantMap{{"Flag", true}, {"Count", 5}}));
+    }
+}
 
-    preferences.saveUserPreferences();
-    ExceptionSink::setHandler({});
-    EXPECT_EQ(logged, QStringList{"NSInvalidArgumentException"});
-    EXPECT_EQ(PropertyList::readMap(path), (QVariantMap{{"Flag", true}}));
+TEST(PreferenceObject, AHostileFileNestedDeepInEitherFormGivesTheDefaults)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("Sample.plist");
+    for (const QByteArray &hostile : {nestedXmlArrays(200000), nestedBinaryArrays(200000)}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(hostile) == hostile.size());
+        file.close();
+        SamplePreferences preferences(path);
+        EXPECT_FALSE(preferences.prefFlag());
+        EXPECT_EQ(preferences.prefCount(), 5);
+        EXPECT_EQ(PropertyList::readMap(path), (QVariantMap{{"Flag", false}, {"Count", 5}}));
+    }
 }
 
 #include "preferenceobject_test.moc"

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStandardPaths>
 
 namespace {
 
@@ -169,11 +170,86 @@ TEST_F(RenameTest, ATakenFolderNameLeavesTheAlbumAtItsDetour)
     EXPECT_TRUE(QFileInfo::exists(track->stored(Prop::location).toString()));
 }
 
+TEST_F(RenameTest, ARenameOntoALinkOrWithAFailingNameIsTheTracksErrorAndMovesNothing)
+{
+    QTemporaryDir outside;
+    const MemoryObjectPtr track = addAudioTrack("mine.mp3");
+    const QByteArray mine = contents(path("mine.mp3"));
+    const QString elsewhere = outside.path() + "/taken.mp3";
+    ASSERT_TRUE(QFile::link(elsewhere, path("07 - Artist - Title.mp3"))); // dangling
+
+    EXPECT_EQ(run(6, {{"yourWriteToComment", true}}), QList<qint64>{});
+    EXPECT_EQ(states, QList<qint64>{-1});
+    EXPECT_EQ(contents(path("mine.mp3")), mine);
+    EXPECT_EQ(QFileInfo(path("07 - Artist - Title.mp3")).symLinkTarget(), elsewhere);
+    EXPECT_FALSE(QFileInfo::exists(elsewhere));
+    EXPECT_EQ(QDir(music.path()).entryList(QDir::Files | QDir::System).size(), 2);
+    EXPECT_EQ(track->stored(Prop::location).toString(), path("mine.mp3"));
+    EXPECT_EQ(player->writeCount(Prop::comment), 0);
+    const QList<QVariantMap> errors = pool->myFunctionPoolErrorLog()->yourErrorLogEntries();
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_TRUE(errors.at(0).value("Error").toString().contains("symbolic link"));
+
+    // A name longer than the file system takes.
+    QFile::remove(path("07 - Artist - Title.mp3"));
+    EXPECT_EQ(run(6, {{"yourPrefix", QString(300, 'x')}}), QList<qint64>{});
+    EXPECT_EQ(states, QList<qint64>{-1});
+    EXPECT_EQ(contents(path("mine.mp3")), mine);
+    EXPECT_TRUE(pool->myFunctionPoolErrorLog()->yourErrorLogEntries().at(0).value("Error").toString().contains("too long"));
+    EXPECT_EQ(track->stored(Prop::location).toString(), path("mine.mp3"));
+
+    // The library cannot take the new location: the file goes back.
+    player->injectFailure(Prop::location, MemoryPlayer::Access::Write);
+    EXPECT_EQ(run(6, {{"yourPrefix", ""}}), QList<qint64>{});
+    EXPECT_EQ(states, QList<qint64>{-1});
+    EXPECT_EQ(contents(path("mine.mp3")), mine);
+    EXPECT_FALSE(QFileInfo::exists(path("07 - Artist - Title.mp3")));
+}
+
+TEST_F(RenameTest, TheMusicFolderTheHomeFolderAndFoldersOutsideAreNeverRenamed)
+{
+    const QString home = QDir::homePath(); // the test's own temporary home
+    ASSERT_FALSE(home.isEmpty());
+    makeAudio(home, "at home.mp3");
+    const MemoryObjectPtr atHome = addTrack(home + "/at home.mp3", {{Prop::albumArtist, "Band"}, {Prop::album, "Home"}});
+    const MemoryObjectPtr loose = addAudioTrack("loose.mp3", {{Prop::albumArtist, "Band"}});
+    QTemporaryDir outside;
+    makeAudio(outside.path() + "/Album", "a.mp3");
+    ASSERT_TRUE(QFile::link(outside.path() + "/Album", path("Linked")));
+    const MemoryObjectPtr linked = addTrack(path("Linked/a.mp3"), {{Prop::albumArtist, "Band"}, {Prop::album, "Linked"}});
+
+    EXPECT_EQ(run(10), QList<qint64>{});
+
+    EXPECT_EQ(states, (QList<qint64>{-1, -1, -1}));
+    const QList<QVariantMap> errors = pool->myFunctionPoolErrorLog()->yourErrorLogEntries();
+    ASSERT_EQ(errors.size(), 3);
+    EXPECT_TRUE(errors.at(0).value("Error").toString().contains("is the home folder"));
+    EXPECT_TRUE(errors.at(1).value("Error").toString().contains("is the library's music folder"));
+    EXPECT_TRUE(errors.at(2).value("Error").toString().contains("outside the library's music folder"));
+    EXPECT_TRUE(QFileInfo::exists(home + "/at home.mp3"));
+    EXPECT_TRUE(QFileInfo::exists(path("loose.mp3")));
+    EXPECT_TRUE(QFileInfo::exists(outside.path() + "/Album/a.mp3"));
+    EXPECT_EQ(QDir(outside.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{"Album"});
+    EXPECT_EQ(atHome->stored(Prop::location).toString(), home + "/at home.mp3");
+    EXPECT_EQ(loose->stored(Prop::location).toString(), path("loose.mp3"));
+    EXPECT_EQ(linked->stored(Prop::location).toString(), path("Linked/a.mp3"));
+
+    // With no music folder known, nothing is renamed at all.
+    player->setMusicFolder({});
+    selected = {selected.at(1)};
+    player->setSelection(selected);
+    EXPECT_EQ(run(10), QList<qint64>{});
+    EXPECT_EQ(states, QList<qint64>{-1});
+}
+
 // The four functions in turn through orvane-cli on a library of real files: tags from the
 // file and folder names, then files and folder renamed from the tags.
 TEST(TagNameFunctionsEndToEnd, TagsFromNamesThenNamesFromTags)
 {
-    QTemporaryDir root;
+    // Inside the library's music folder, where function 10 may rename folders.
+    const QString musicFolder = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    ASSERT_TRUE(QDir().mkpath(musicFolder));
+    QTemporaryDir root(musicFolder + "/run-XXXXXX");
     const QString album = root.path() + "/Band - First Light";
     makeAudio(album, "3 - Band - Dawn.mp3");
     makeAudio(album, "12 - Band - Dusk.mp3");

@@ -14,6 +14,7 @@ protected:
     {
         TagToolTest::SetUp();
         ASSERT_TRUE(music.isValid());
+        player->setMusicFolder(music.path());
     }
 
     MemoryObjectPtr addTrack(const QString &location, const MemoryProperties &properties = {})

@@ -190,6 +190,35 @@ TEST_F(PoolTest, FailuresOnOneTrackGoToBothLogsWhileTheRunGoesOn)
     EXPECT_TRUE(errors.at(1).value("Error").toString().startsWith(kBridgeErrorDomain + " | "));
 }
 
+TEST_F(PoolTest, AFailedWriteMakesItsTrackAnErrorNeverAChange)
+{
+    const QList<MemoryObjectPtr> tracks = addSelectedTracks(3);
+    makePool();
+    function(3)->onTrack = [this](const ITunesTrack &track) {
+        track.genre();
+        track.setComment("new");
+        pool->setYourLogNo(1);
+    };
+    player->injectFailure(Prop::comment, MemoryPlayer::Access::Write, 1, tracks.at(1));
+    // A failed read is the function's business, not the track's error.
+    player->injectFailure(Prop::genre, MemoryPlayer::Access::Read, 1, tracks.at(2));
+    runFunction(3);
+
+    EXPECT_EQ(logTexts(), (QStringList{"OVImageStatusLogChanged Artist - Track 1\n/music/1.mp3",
+                                       "OVImageStatusLogError Artist - Track 2\n/music/2.mp3",
+                                       "OVImageStatusLogChanged Artist - Track 3\n/music/3.mp3"}));
+    const QList<QVariantMap> errors = pool->myFunctionPoolErrorLog()->yourErrorLogEntries();
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_EQ(errors.at(0).value("Error").toString(),
+              kBridgeErrorDomain + " | setComment failed: injected failure: comment");
+    EXPECT_EQ(pool->yourFailedTrackCount(), 1);
+    EXPECT_TRUE(tracks.at(1)->stored(Prop::comment).toString().isEmpty());
+
+    // The count is the last run's.
+    runFunction(3);
+    EXPECT_EQ(pool->yourFailedTrackCount(), 0);
+}
+
 TEST_F(PoolTest, CancelTakesEffectBetweenTracksAndTheRunStillEnds)
 {
     for (const int cancelAt : {1, 3}) {

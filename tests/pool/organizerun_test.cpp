@@ -84,12 +84,20 @@ TEST_F(PoolTest, ARunPrintsTheLogsAsJsonLinesAndAlertsOnStandardError)
     request.number = 3;
     request.all = true;
     request.settings = {{"yourText", "bad \"tag\""}};
-    EXPECT_EQ(run.run(request), 0);
+    EXPECT_EQ(run.run(request), 1); // a track failed
+
     EXPECT_EQ(out, "{\"state\": 1, \"info\": \"Artist - Track 1\\n/music/1.mp3\"}\n"
                    "{\"state\": 0, \"info\": \"Artist - Track 2\\n/music/2.mp3\"}\n"
                    "{\"error\": \"Broken | bad \\\"tag\\\"\"}\n"
                    "{\"state\": -1, \"info\": \"Artist - Track 3\\n/music/3.mp3\"}\n");
-    EXPECT_TRUE(err.isEmpty());
+    EXPECT_EQ(err, "orvane-cli: 1 track failed; the \"error\" lines on standard output say why\n");
+
+    out.clear();
+    err.clear();
+    request.all = false;
+    request.paths = {"/music/1.mp3", "/music/2.mp3"};
+    EXPECT_EQ(run.run(request), 0);
+    EXPECT_TRUE(err.isEmpty()) << err.toStdString();
 
     out.clear();
     request.number = 27;

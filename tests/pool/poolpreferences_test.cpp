@@ -74,7 +74,17 @@ TEST(FunctionPoolPreferences, SuffixesSplitAtCommaAndSpaceOnlyAndABrokenFileHeal
 
 TEST_F(PoolTest, FileHelpersFollowThePreferences)
 {
+    // An Organizer file that lacks the disc folder name: the default holds, not an empty name
+    // that every folder would start with.
+    {
+        FunctionPoolPreferences preferences;
+        preferences.saveUserPreferences();
+        QVariantMap file = PropertyList::readMap(preferences.prefUserPrefPlistLocation());
+        ASSERT_EQ(file.remove("AlbumDiscFolderName"), 1);
+        ASSERT_TRUE(PropertyList::write(preferences.prefUserPrefPlistLocation(), file));
+    }
     makePool();
+    EXPECT_EQ(pool->myPreferences()->prefAlbumDiscFolderName(), "CD");
     EXPECT_EQ(pool->subAlbumFolderPath("/m/Album/CD 2"), "/m/Album");
     EXPECT_EQ(pool->subAlbumFolderPath("/m/Album/cd 2"), "/m/Album/cd 2");
     EXPECT_EQ(pool->subAlbumFolderPath("/m/Album"), "/m/Album");
@@ -82,6 +92,10 @@ TEST_F(PoolTest, FileHelpersFollowThePreferences)
     EXPECT_FALSE(pool->subIsAudioFile("/m/a.flac"));
     EXPECT_TRUE(pool->subIsImageFile("/m/cover.Jpeg"));
     EXPECT_FALSE(pool->subIsImageFile("/m/jpg"));
+    pool->myPreferences()->closeFunctionPool();
+    EXPECT_EQ(PropertyList::readMap(pool->myPreferences()->prefUserPrefPlistLocation()).value("AlbumDiscFolderName"), "CD");
+    pool->myPreferences()->setPrefAlbumDiscFolderName("");
+    EXPECT_EQ(pool->subAlbumFolderPath("/m/Album"), "/m/Album");
 }
 
 TEST_F(PoolTest, LogStatesPickIconsAndFiltersDropOnlyStatesZeroAndOne)
