@@ -48,6 +48,11 @@ void AppLink::didComplete(QNetworkReply *reply)
     emit finished(atStore);
 }
 
+bool AppLink::isRunning() const
+{
+    return !contentURLSessionDataTask_.isNull();
+}
+
 QUrl storeAddressForDesktop(const QUrl &address)
 {
     QUrl url = address;

@@ -21,7 +21,7 @@ public:
 
     // False for an empty or invalid address; otherwise the request is under way.
     bool openURLAddress(const QString &address);
-    bool isRunning() const { return contentURLSessionDataTask_ != nullptr; }
+    bool isRunning() const;
 
 signals:
     // The request ended; "opened" tells whether the store was asked to show the address.
