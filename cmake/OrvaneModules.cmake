@@ -24,6 +24,14 @@ function(orvane_module name)
   endif()
 endfunction()
 
+# Every web service at a closed port on 127.0.0.1, so that no test reaches beyond loopback; a
+# test that needs a service starts a local server and sets that service's variable itself.
+set(ORVANE_TEST_OFFLINE_ENVIRONMENT "")
+foreach(variable SERVER_BASE_URL STORE_BASE_URL LASTFM_BASE_URL LASTFM_AUTH_URL LEO_LYRICS_BASE_URL
+                 LYRIC_WIKI_BASE_URL CHART_LYRICS_BASE_URL COVER_PARADIES_BASE_URL RADIO_PLAYLIST_URL)
+  list(APPEND ORVANE_TEST_OFFLINE_ENVIRONMENT "ORVANE_${variable}=http://127.0.0.1:1")
+endforeach()
+
 # orvane_test(NAME [GUI] SOURCES ... LIBS ... [LABELS ...] [RESOURCE_LOCK ...])
 # One executable per test folder; each case runs as its own process with a fresh HOME.
 function(orvane_test name)
@@ -41,7 +49,7 @@ function(orvane_test name)
   # passed through gtest_discover_tests(PROPERTIES) lose their grouping (an ENVIRONMENT of two
   # variables would set one). The executable's name is a label, for ctest -L.
   set(environment QT_QPA_PLATFORM=offscreen ORVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR}
-    ${ORVANE_SANITIZER_TEST_ENVIRONMENT})
+    ${ORVANE_SANITIZER_TEST_ENVIRONMENT} ${ORVANE_TEST_OFFLINE_ENVIRONMENT})
   set(labels ${name} ${ARG_LABELS})
   set(properties "ENVIRONMENT [==[${environment}]==] LABELS [==[${labels}]==]")
   if(ARG_RESOURCE_LOCK)

@@ -20,4 +20,26 @@ QStringList list(const QString &key);
 // The environment variable that overrides a key.
 QByteArray environmentName(const QString &key);
 
+// The web services' keys. A base URL is scheme, host and optional port without a trailing
+// slash; callers append the paths they use.
+inline constexpr char ServerBaseURL[] = "ServerBaseURL";       // request.php, link.php, index.php
+inline constexpr char StoreBaseURL[] = "StoreBaseURL";         // the store's /search
+inline constexpr char StoreHost[] = "StoreHost";               // marks an address as the store's
+inline constexpr char AffiliateToken[] = "AffiliateToken";     // "at" of store addresses
+inline constexpr char LastfmBaseURL[] = "LastfmBaseURL";       // /2.0/
+inline constexpr char LastfmAuthURL[] = "LastfmAuthURL";       // consent page
+inline constexpr char LastfmApiKey[] = "LastfmApiKey";
+inline constexpr char LastfmApiSecret[] = "LastfmApiSecret";
+inline constexpr char LeoLyricsBaseURL[] = "LeoLyricsBaseURL";
+inline constexpr char LeoLyricsAuth[] = "LeoLyricsAuth";
+inline constexpr char LyricWikiBaseURL[] = "LyricWikiBaseURL";
+inline constexpr char ChartLyricsBaseURL[] = "ChartLyricsBaseURL";
+inline constexpr char CoverParadiesBaseURL[] = "CoverParadiesBaseURL"; // /private/API/
+inline constexpr char CoverParadiesKey[] = "CoverParadiesKey";
+inline constexpr char RadioPlaylistURL[] = "RadioPlaylistURL";     // whole URL of the HLS playlist
+inline constexpr char RadioStreamPattern[] = "RadioStreamPattern"; // regular expression
+
+// A base URL's value with any trailing "/" taken off, so that paths can be appended as written.
+QString baseURL(const char *key);
+
 } // namespace Configuration

@@ -46,6 +46,7 @@ QVariantMap OVApplication::ov_info()
     info.insert(QStringLiteral("CFBundleIdentifier"), pick(identifier, ORVANE_BUNDLE_IDENTIFIER));
     info.insert(QStringLiteral("CFBundleShortVersionString"),
                 pick(app ? QCoreApplication::applicationVersion() : QString(), ORVANE_SHORT_VERSION));
+    info.insert(QStringLiteral("CFBundleVersion"), QStringLiteral(ORVANE_BUNDLE_VERSION));
     info.insert(QStringLiteral("CFBundleName"), QStringLiteral(ORVANE_NAME));
     return info;
 }
@@ -53,6 +54,11 @@ QVariantMap OVApplication::ov_info()
 QString OVApplication::ov_bundleIdentifier()
 {
     return ov_info().value(QStringLiteral("CFBundleIdentifier")).toString();
+}
+
+QString OVApplication::ov_buildVersion()
+{
+    return ov_info().value(QStringLiteral("CFBundleVersion")).toString();
 }
 
 QString OVApplication::ov_version()

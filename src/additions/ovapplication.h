@@ -10,12 +10,13 @@
 class OVApplication
 {
 public:
-    // "CFBundleIdentifier", "CFBundleShortVersionString", "CFBundleName", taken from
+    // "CFBundleIdentifier", "CFBundleShortVersionString", "CFBundleVersion", "CFBundleName", taken from
     // QCoreApplication (organization domain + name, applicationVersion, applicationName) with
     // the built-in values where those are unset.
     static QVariantMap ov_info();
     static QString ov_bundleIdentifier();
     static QString ov_version();
+    static QString ov_buildVersion(); // "CFBundleVersion"
     static QString ov_name();
     static QString ov_path(); // the running executable
 

@@ -17,6 +17,11 @@ ApplicationMenu::ApplicationMenu(Actions actions, QObject *parent)
     };
     add(tr("Library…"), actions_.showLibrary);
     add(tr("Organizer…"), actions_.showOrganizer);
+    add(tr("Show Artist in Store"), actions_.showArtistInStore);
+    menu_.addSeparator();
+    add(tr("Orvane Help"), actions_.showHelp);
+    add(tr("Support Orvane…"), actions_.showSupport);
+    add(tr("Check for Updates…"), actions_.checkForUpdate);
     menu_.addSeparator();
     add(tr("Quit Orvane"), actions_.quit);
 

@@ -7,10 +7,14 @@
 #include "orvaneversion.h"
 #include "player/library/gui/librarywindowcontroller.h"
 #include "player/library/librarybackend.h"
+#include "services/server/gui/servermessagesui_widgets.h"
+#include "services/server/ovlink.h"
+#include "services/server/servermessages.h"
 
 #include <QApplication>
 #include <QMessageBox>
 #include <QTimer>
+#include <QThreadPool>
 
 int main(int argc, char *argv[])
 {
@@ -40,7 +44,9 @@ int main(int argc, char *argv[])
     LibraryWindowController libraryWindow(program.library);
 
     WidgetApplicationUi ui;
+    WidgetServerMessagesUi serverUi(ui);
     ProgramServiceFactory services;
+    services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
     AppController controller(ui, services);
     services.functionPoolWindowHooks.killTargetWindow = [&controller](int option) {
         controller.killTargetWindow(option);
@@ -49,6 +55,15 @@ int main(int argc, char *argv[])
 
     ApplicationMenu menu({[&libraryWindow] { libraryWindow.showWindow(); },
                           [&controller] { controller.clickNavigationMenuFunctionPool(); },
+                          [&controller, &serverUi] {
+                              // The store search blocks for up to 3 s: off the main thread.
+                              const QString artist = controller.yourTunes().currentTrack().get().artist();
+                              QThreadPool::globalInstance()->start(
+                                  [&serverUi, artist] { OVLink(serverUi).openStoreForArtist(artist); });
+                          },
+                          [&controller] { controller.chooseOptionHelp(); },
+                          [&controller] { controller.chooseOptionSupportProject(); },
+                          [&controller] { controller.chooseOptionUpdate(); },
                           [&controller] { controller.chooseOptionTerminate(); }});
     menu.show();
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &controller,

@@ -15,6 +15,7 @@
 #include <QLoggingCategory>
 #include <QSysInfo>
 #include <QThread>
+#include <QUrl>
 
 Q_LOGGING_CATEGORY(lcApplication, "orvane.application")
 
@@ -509,8 +510,12 @@ void AppController::clickNavigationMenuVisitLastFM()
         openPreferencesWindowWithTargetView(3);
         return;
     }
+    // The user's page lives on the site that also holds the consent page.
+    const QUrl site(Configuration::text(QString::fromLatin1(Configuration::LastfmAuthURL)));
+    const QString page = site.scheme() + QStringLiteral("://") + site.authority() + QStringLiteral("/user/")
+                         + QString::fromUtf8(QUrl::toPercentEncoding(userName));
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite(QStringLiteral("/user/%1").arg(userName), 4);
+        yourAppLinks_->openWebsite(page, 4);
 }
 
 void AppController::chooseOptionPreferences()

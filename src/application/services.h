@@ -201,6 +201,8 @@ public:
 
     // Set by the program once the application controller exists.
     FunctionPoolWindowHooks functionPoolWindowHooks;
+    // The server and its links live in a module above this one; the program sets the maker.
+    std::function<std::shared_ptr<AppLinks>()> appLinksMaker;
 
     std::shared_ptr<TuneController> createTuneController() override;
     std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
@@ -220,5 +222,5 @@ public:
         return nullptr;
     }
     std::shared_ptr<AppLicenseWindowController> createLicenseWindowController() override { return nullptr; }
-    std::shared_ptr<AppLinks> createAppLinks() override { return nullptr; }
+    std::shared_ptr<AppLinks> createAppLinks() override { return appLinksMaker ? appLinksMaker() : nullptr; }
 };

@@ -2,6 +2,7 @@
 // dispatches on the first argument.
 #include "cli/librarycommand.h"
 #include "cli/organizecommand.h"
+#include "cli/servercommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -13,17 +14,24 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("orvane-cli"));
 
+    QStringList arguments = application.arguments().mid(1);
+    // Before any command, as the program does at launch: the server document is fetched afresh,
+    // unless --offline keeps the one of the last start.
+    const bool offline = arguments.removeAll(QStringLiteral("--offline")) > 0;
+    std::optional<int> download;
+
     const QHash<QString, std::function<int(const QStringList &)>> commands = {
         {QStringLiteral("library"), runLibraryCommand},
         {QStringLiteral("organize"), runOrganizeCommand},
+        {QStringLiteral("server"), [&download](const QStringList &rest) { return runServerCommand(rest, download); }},
     };
-    const QStringList arguments = application.arguments().mid(1);
     const auto command = arguments.isEmpty() ? commands.constEnd()
                                              : commands.constFind(arguments.first());
     if (command == commands.constEnd()) {
-        QTextStream(stderr) << "usage: orvane-cli COMMAND ...\ncommands: "
+        QTextStream(stderr) << "usage: orvane-cli [--offline] COMMAND ...\ncommands: "
                             << QStringList(commands.keys()).join(QLatin1String(", ")) << "\n";
         return 2;
     }
+    download = refreshServerDocument(offline);
     return (*command)(arguments.mid(1));
 }

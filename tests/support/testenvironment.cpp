@@ -6,12 +6,30 @@
 namespace {
 const QList<QByteArray> kVariables = {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
                                       "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"};
+} // namespace
+
+const QList<QByteArray> &webServiceVariables()
+{
+    static const QList<QByteArray> names = {
+        "ORVANE_SERVER_BASE_URL",     "ORVANE_STORE_BASE_URL",       "ORVANE_LASTFM_BASE_URL",
+        "ORVANE_LASTFM_AUTH_URL",     "ORVANE_LEO_LYRICS_BASE_URL",  "ORVANE_LYRIC_WIKI_BASE_URL",
+        "ORVANE_CHART_LYRICS_BASE_URL", "ORVANE_COVER_PARADIES_BASE_URL", "ORVANE_RADIO_PLAYLIST_URL"};
+    return names;
+}
+
+QByteArray unreachableServiceAddress()
+{
+    return QByteArrayLiteral("http://127.0.0.1:1");
 }
 
 TestEnvironment::TestEnvironment() : dir_(std::make_unique<QTemporaryDir>())
 {
-    for (const QByteArray &name : kVariables)
+    for (const QByteArray &name : kVariables + webServiceVariables())
         saved_.append({name, qgetenv(name.constData())});
+    // No test reaches beyond loopback: a service that a test does not stand up itself is a
+    // closed port.
+    for (const QByteArray &name : webServiceVariables())
+        qputenv(name.constData(), unreachableServiceAddress());
     QDir(root()).mkpath(QStringLiteral("home"));
     qputenv("HOME", home().toUtf8());
     qputenv("XDG_CONFIG_HOME", makeFolder(QStringLiteral("home/.config")).toUtf8());

@@ -5,9 +5,15 @@
 
 #include <memory>
 
+// The environment variables of every web service's address (see Configuration), and the closed
+// loopback address that TestEnvironment gives them all.
+const QList<QByteArray> &webServiceVariables();
+QByteArray unreachableServiceAddress();
+
 // A private home for one test: HOME, XDG_CONFIG_HOME, XDG_DATA_HOME, XDG_CACHE_HOME,
 // XDG_MUSIC_DIR's parent and XDG_RUNTIME_DIR (mode 0700) point into a fresh temporary folder for
-// the lifetime of the object, and back to the previous values afterwards. The test main makes
+// the lifetime of the object, and back to the previous values afterwards. Every web service
+// points at a closed port on 127.0.0.1 meanwhile. The test main makes
 // one for the whole process, so no test ever touches the real user's folders.
 class TestEnvironment
 {

@@ -1,0 +1,72 @@
+#include "additions/ovurlconnection.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QThreadStorage>
+
+#include <memory>
+
+namespace {
+
+// A manager belongs to the thread that made it. The storage deletes the holder when that thread
+// ends; the manager goes with it unless the application object is already gone (the main
+// thread's at process exit), when there is nothing left to tidy for.
+struct ManagerHolder
+{
+    std::unique_ptr<QNetworkAccessManager> manager = std::make_unique<QNetworkAccessManager>();
+    ~ManagerHolder()
+    {
+        if (!QCoreApplication::instance())
+            (void)manager.release();
+    }
+};
+
+QNetworkAccessManager &threadManager()
+{
+    static QThreadStorage<ManagerHolder *> managers;
+    if (!managers.hasLocalData())
+        managers.setLocalData(new ManagerHolder);
+    return *managers.localData()->manager;
+}
+
+} // namespace
+
+QByteArray OVURLConnection::sendSynchronousRequest(const QNetworkRequest &request, const QByteArray &verb,
+                                                   const QByteArray &body)
+{
+    contentData_.clear();
+    if (request.url().isEmpty() || !request.url().isValid())
+        return {};
+
+    QNetworkAccessManager &manager = threadManager();
+    std::unique_ptr<QNetworkReply> reply(body.isEmpty() ? manager.sendCustomRequest(request, verb)
+                                                        : manager.sendCustomRequest(request, verb, body));
+    if (!reply)
+        return {};
+    if (!reply->isFinished()) {
+        QEventLoop loop;
+        QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        // Only the reply ends the wait, except that an application that quits ends every loop of
+        // the main thread: the request is given up then.
+        if (!reply->isFinished())
+            reply->abort();
+    }
+    if (reply->error() == QNetworkReply::NoError)
+        contentData_ = reply->readAll();
+    return contentData_;
+}
+
+QByteArray OVURLConnection::sendSynchronousRequestWith(const QNetworkRequest &request, const QByteArray &verb,
+                                                       const QByteArray &body)
+{
+    OVURLConnection connection;
+    return connection.sendSynchronousRequest(request, verb, body);
+}
+
+QByteArray ov_sendSynchronousRequest(const QNetworkRequest &request, const QByteArray &verb, const QByteArray &body)
+{
+    return OVURLConnection::sendSynchronousRequestWith(request, verb, body);
+}
