@@ -7,6 +7,7 @@
 #include "localhttpserver.h"
 #include "serverfakes.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTimer>
