@@ -26,6 +26,8 @@ endfunction()
 
 # Every web service at a closed port on 127.0.0.1, so that no test reaches beyond loopback; a
 # test that needs a service starts a local server and sets that service's variable itself.
+# Scripts run by add_test get it as their ENVIRONMENT; the GoogleTest executables set the same
+# in their TestEnvironment.
 set(ORVANE_TEST_OFFLINE_ENVIRONMENT "")
 foreach(variable SERVER_BASE_URL STORE_BASE_URL LASTFM_BASE_URL LASTFM_AUTH_URL LEO_LYRICS_BASE_URL
                  LYRIC_WIKI_BASE_URL CHART_LYRICS_BASE_URL COVER_PARADIES_BASE_URL RADIO_PLAYLIST_URL)

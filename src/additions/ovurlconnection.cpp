@@ -31,6 +31,16 @@ QNetworkAccessManager &threadManager()
     return *managers.localData()->manager;
 }
 
+// Qt reports an HTTP error status as an error of the reply; the status is not ours to judge,
+// so an answer that arrived with one still counts. Transport failures, timeouts and aborts don't.
+bool isStatusOnlyError(const QNetworkReply &reply)
+{
+    const int code = reply.error();
+    const bool statusError = (code >= QNetworkReply::ContentAccessDenied && code <= QNetworkReply::UnknownContentError)
+                             || (code >= QNetworkReply::InternalServerError && code <= QNetworkReply::UnknownServerError);
+    return statusError && reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+}
+
 } // namespace
 
 QByteArray OVURLConnection::sendSynchronousRequest(const QNetworkRequest &request, const QByteArray &verb,
@@ -54,7 +64,7 @@ QByteArray OVURLConnection::sendSynchronousRequest(const QNetworkRequest &reques
         if (!reply->isFinished())
             reply->abort();
     }
-    if (reply->error() == QNetworkReply::NoError)
+    if (reply->error() == QNetworkReply::NoError || isStatusOnlyError(*reply))
         contentData_ = reply->readAll();
     return contentData_;
 }

@@ -128,7 +128,7 @@ TEST_F(ServerMessagesTest, LaunchCheckStopsOnlyForAnIntactFalseRun)
     EXPECT_EQ(ui.alerts.size(), 1);
     EXPECT_TRUE(ui.openedURLs().isEmpty()); // not an http address
 
-    writeFile(cache, QByteArray("\x1f\x8b\x08\x00 not a document", 24));
+    writeFile(cache, QByteArray("\x1f\x8b\x08\x00 not a document", 19));
     EXPECT_EQ(messages.checkApplicationLaunch(), -1);
     EXPECT_FALSE(QFile::exists(cache)); // damaged: dropped, and the program goes on
     EXPECT_EQ(ui.alerts.size(), 1);
@@ -136,8 +136,10 @@ TEST_F(ServerMessagesTest, LaunchCheckStopsOnlyForAnIntactFalseRun)
 
 TEST_F(ServerMessagesTest, UpdateAlertOpensTheAddressWhicheverButtonIsChosen)
 {
+    // The settings tree follows the version, and so does the cached document's place.
     QCoreApplication::setApplicationVersion("3.9");
-    const auto announce = [this](const QByteArray &version) {
+    const QString cache = ServerMessages::cachePath();
+    const auto announce = [&](const QByteArray &version) {
         writeFile(cache, "<Orvane status=\"OK\"><Update><Version>" + version
                              + "</Version><Title>Orvane " + version + "</Title><Message>Get it</Message>"
                                "<URL>https://example.test/download</URL></Update></Orvane>");

@@ -21,8 +21,13 @@ int WidgetServerMessagesUi::showServerAlert(const QString &title, const QString 
     QMessageBox box;
     box.setWindowTitle(OVApplication::ov_name());
     box.setIcon(QMessageBox::Information);
-    box.setText(title);
-    box.setInformativeText(message);
+    // The server's texts are shown as they are, never read as markup; the title stands out.
+    const auto plain = [](const QString &text) { return text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")); };
+    box.setTextFormat(Qt::RichText);
+    box.setText(QStringLiteral("<b>%1</b>").arg(plain(title)));
+    box.setInformativeText(plain(message));
+    // Wide enough that a message of a few sentences reads as lines, not as a column.
+    box.setStyleSheet(QStringLiteral("QLabel#qt_msgbox_informativelabel { min-width: 360px; }"));
     QList<QAbstractButton *> buttons;
     for (qsizetype i = 0; i < buttonKeys.size(); ++i)
         buttons.append(box.addButton(ov_localizedString(buttonKeys.at(i)),
