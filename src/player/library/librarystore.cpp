@@ -92,6 +92,9 @@ LibraryStore::LibraryStore(const QString &databasePath) : database_(databasePath
     saveTimer_.setSingleShot(true);
     saveTimer_.setInterval(500);
     connect(&saveTimer_, &QTimer::timeout, this, &LibraryStore::flushFromTimer);
+    syncTimer_.setSingleShot(true);
+    syncTimer_.setInterval(2000);
+    connect(&syncTimer_, &QTimer::timeout, this, &LibraryStore::syncSavedFiles);
 }
 
 LibraryStore::~LibraryStore()
@@ -301,6 +304,8 @@ void LibraryStore::noteSaved(const QString &path)
     unsyncedFolders_.insert(QFileInfo(path).absolutePath());
     if (++unsyncedSaves_ >= kSavesPerCheckpoint)
         syncSavedFiles();
+    else
+        QMetaObject::invokeMethod(this, [this] { syncTimer_.start(); });
 }
 
 void LibraryStore::syncSavedFiles()
