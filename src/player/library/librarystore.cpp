@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QStandardPaths>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -412,6 +413,19 @@ void LibraryStore::flush(qint64 id)
     bool fileReplaced = false;
     QString problem; // of the file itself; it names the file
     try {
+        // A link is saved through to its file, but never to one outside the music folder.
+        if (const QFileInfo link(path); link.isSymLink()) {
+            const QString target = link.canonicalFilePath();
+            const QString folder = QFileInfo(musicFolder()).canonicalFilePath();
+            if (target.isEmpty() || folder.isEmpty()
+                || !target.startsWith(folder + QLatin1Char('/')))
+                throwBridgeFailure(
+                    kBridgeErrorWriteFailed,
+                    problem = QStringLiteral("%1 is a symbolic link to %2, outside the music "
+                                             "folder %3; the file was left as it was")
+                                  .arg(path, target.isEmpty() ? link.symLinkTarget() : target,
+                                       musicFolder()));
+        }
         AudioFile file(path);
         if (!file.isAudio())
             throwBridgeFailure(kBridgeErrorWriteFailed,
@@ -890,6 +904,13 @@ void LibraryStore::setSetting(const QString &key, const QVariant &value)
     QMutexLocker locker(&mutex_);
     database_.run(QStringLiteral("INSERT OR REPLACE INTO settings (key, value) VALUES (?, ?)"),
                   {key, value});
+}
+
+QString LibraryStore::musicFolder()
+{
+    const QString folder = setting(QStringLiteral("musicFolder")).toString();
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::MusicLocation)
+                            : folder;
 }
 
 QString LibraryStore::sourcePersistentID()

@@ -111,6 +111,8 @@ public:
     void deletePlaylist(qint64 id);
 
     QString sourcePersistentID();
+    // The "musicFolder" setting, else the user's music folder.
+    QString musicFolder();
     QVariant setting(const QString &key);
     void setSetting(const QString &key, const QVariant &value);
 
