@@ -34,8 +34,9 @@ int main(int argc, char *argv[])
         const QString reason = program.library->openError();
         QTimer::singleShot(0, [reason] {
             auto *alert = new QMessageBox(
-                QMessageBox::Warning, QApplication::translate("main", "The music library cannot be opened"),
-                reason, QMessageBox::Ok);
+                QMessageBox::Warning,
+                QApplication::translate("main", "The music library cannot be opened"), reason,
+                QMessageBox::Ok);
             alert->setAttribute(Qt::WA_DeleteOnClose);
             alert->show();
         });

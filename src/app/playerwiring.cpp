@@ -10,8 +10,18 @@
 ProgramPlayer createPlayerBackend()
 {
     auto library = std::make_shared<LibraryBackend>();
-    if (!library->isRunning())
+    if (!library->isRunning()) {
         qWarning().noquote() << "orvane: the music library cannot be opened:" << library->openError();
+    } else {
+        // Files changed while the program was away, or a save a crash cut short, are read
+        // again before anything works on the library's values.
+        try {
+            library->refreshChangedTracks();
+        } catch (const BridgeFailure &failure) {
+            qWarning().noquote() << "orvane: the library could not read changed files again:"
+                                 << failure.what();
+        }
+    }
 
     // The configured player, or the first MPRIS player on the session bus.
     auto player = std::make_shared<MprisPlayer>(Configuration::text(QStringLiteral("PlayerBusName")));

@@ -452,8 +452,9 @@ bool replaceFileContents(const QString &path, QByteArrayView bytes, QString *err
 
     // Hidden and in the same folder, so the rename stays on one file system.
     const QFileInfo targetInfo(target);
-    QByteArray temporary = QFile::encodeName(targetInfo.absolutePath() + QStringLiteral("/.")
-                                             + targetInfo.fileName() + QStringLiteral(".orvane-XXXXXX"));
+    QByteArray temporary =
+        QFile::encodeName(targetInfo.absolutePath() + QStringLiteral("/.") + targetInfo.fileName()
+                          + QStringLiteral(".orvane-XXXXXX"));
     const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0)
         return failed(QStringLiteral("%1 while writing %2; the file was left as it was")

@@ -158,9 +158,7 @@ qsizetype LibraryBackend::refreshChangedTracks()
 
 QString LibraryBackend::musicFolder()
 {
-    const QString folder = running().setting(QStringLiteral("musicFolder")).toString();
-    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::MusicLocation)
-                            : folder;
+    return running().musicFolder();
 }
 
 void LibraryBackend::setMusicFolder(const QString &path)

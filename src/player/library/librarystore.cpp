@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QStandardPaths>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -92,6 +93,9 @@ LibraryStore::LibraryStore(const QString &databasePath) : database_(databasePath
     saveTimer_.setSingleShot(true);
     saveTimer_.setInterval(500);
     connect(&saveTimer_, &QTimer::timeout, this, &LibraryStore::flushFromTimer);
+    syncTimer_.setSingleShot(true);
+    syncTimer_.setInterval(2000);
+    connect(&syncTimer_, &QTimer::timeout, this, &LibraryStore::syncSavedFiles);
 }
 
 LibraryStore::~LibraryStore()
@@ -301,6 +305,8 @@ void LibraryStore::noteSaved(const QString &path)
     unsyncedFolders_.insert(QFileInfo(path).absolutePath());
     if (++unsyncedSaves_ >= kSavesPerCheckpoint)
         syncSavedFiles();
+    else
+        QMetaObject::invokeMethod(this, [this] { syncTimer_.start(); });
 }
 
 void LibraryStore::syncSavedFiles()
@@ -407,6 +413,19 @@ void LibraryStore::flush(qint64 id)
     bool fileReplaced = false;
     QString problem; // of the file itself; it names the file
     try {
+        // A link is saved through to its file, but never to one outside the music folder.
+        if (const QFileInfo link(path); link.isSymLink()) {
+            const QString target = link.canonicalFilePath();
+            const QString folder = QFileInfo(musicFolder()).canonicalFilePath();
+            if (target.isEmpty() || folder.isEmpty()
+                || !target.startsWith(folder + QLatin1Char('/')))
+                throwBridgeFailure(
+                    kBridgeErrorWriteFailed,
+                    problem = QStringLiteral("%1 is a symbolic link to %2, outside the music "
+                                             "folder %3; the file was left as it was")
+                                  .arg(path, target.isEmpty() ? link.symLinkTarget() : target,
+                                       musicFolder()));
+        }
         AudioFile file(path);
         if (!file.isAudio())
             throwBridgeFailure(kBridgeErrorWriteFailed,
@@ -885,6 +904,13 @@ void LibraryStore::setSetting(const QString &key, const QVariant &value)
     QMutexLocker locker(&mutex_);
     database_.run(QStringLiteral("INSERT OR REPLACE INTO settings (key, value) VALUES (?, ?)"),
                   {key, value});
+}
+
+QString LibraryStore::musicFolder()
+{
+    const QString folder = setting(QStringLiteral("musicFolder")).toString();
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::MusicLocation)
+                            : folder;
 }
 
 QString LibraryStore::sourcePersistentID()

@@ -28,8 +28,8 @@
 // by refreshChangedTracks(), which reads such files again. A save that fails restores the
 // track's previous values in the cache and throws BridgeFailure (kBridgeErrorWriteFailed);
 // from the timer, where no caller waits, the failure goes to the exception sink and to
-// tagSaveFailed(). Saved files reach the disk at checkpoints (every so many saves, saveAll()
-// and syncSavedFiles()), not one by one.
+// tagSaveFailed(). Saved files reach the disk at checkpoints (every so many saves, when saves
+// pause for a moment, saveAll() and syncSavedFiles()), not one by one.
 class LibraryStore : public QObject
 {
     Q_OBJECT
@@ -111,6 +111,8 @@ public:
     void deletePlaylist(qint64 id);
 
     QString sourcePersistentID();
+    // The "musicFolder" setting, else the user's music folder.
+    QString musicFolder();
     QVariant setting(const QString &key);
     void setSetting(const QString &key, const QVariant &value);
 
@@ -169,6 +171,7 @@ private:
     QHash<qint64, PendingSave> pending_;
     QStringList selection_;
     QTimer saveTimer_;
+    QTimer syncTimer_; // a checkpoint once saves pause, such as at the end of a run
     QSet<QString> unsyncedFolders_;
     int unsyncedSaves_ = 0;
 };

@@ -216,6 +216,32 @@ TEST_F(LibrarySafetyTest, FilesChangedBehindTheLibrarysBackAreReadAgain)
     EXPECT_FALSE(stale.exists());
 }
 
+TEST_F(LibrarySafetyTest, ALinkIsSavedThroughOnlyToAFileInsideTheMusicFolder)
+{
+    const QString music = dir.filePath("music");
+    const QString inside = makeAudio(music + "/real", "in.mp3");
+    const QString outside = makeAudio(dir.filePath("elsewhere"), "out.mp3");
+    backend->setMusicFolder(music);
+    ASSERT_TRUE(QFile::link(inside, music + "/in-link.mp3"));
+    ASSERT_TRUE(QFile::link(outside, music + "/out-link.mp3"));
+    const QByteArray before = contents(outside);
+    const QList<ITunesFileTrack> tracks = addAll({music + "/in-link.mp3", music + "/out-link.mp3"});
+    for (const ITunesFileTrack &track : tracks)
+        track.setName("through the link");
+
+    backend->saveTrack(tracks.at(0).persistentID());
+    EXPECT_EQ(mutagenTag(inside, "title"), "through the link");
+    EXPECT_TRUE(QFileInfo(music + "/in-link.mp3").isSymLink());
+    try {
+        backend->saveTrack(tracks.at(1).persistentID());
+        ADD_FAILURE() << "the save went through the link";
+    } catch (const BridgeFailure &failure) {
+        EXPECT_TRUE(QString::fromUtf8(failure.what()).contains("outside the music folder"))
+            << failure.what();
+    }
+    EXPECT_EQ(contents(outside), before);
+}
+
 TEST_F(LibrarySafetyTest, EveryValueOfATagWithSeveralIsKept)
 {
     for (const QString name : {"two.mp3", "two.m4a", "two.flac"}) {
