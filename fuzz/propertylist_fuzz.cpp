@@ -4,6 +4,7 @@
 #include "additions/propertylist.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -18,7 +19,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     } catch (const OVException &) {
         std::abort(); // everything read can be written
     }
-    if (!PropertyList::fromData(xml).isValid())
+    if (!PropertyList::fromData(xml).isValid()) {
+        fprintf(stderr, "written but unreadable:\n%s\n", xml.constData());
         std::abort();
+    }
     return 0;
 }

@@ -90,6 +90,37 @@ bool xmlNestingWithin(const QByteArray &data, int limit)
     return true;
 }
 
+// Whether the XML could give libplist a string holding NUL, which libplist 2.2 asserts
+// against: a NUL byte, or a character reference to 0 or beyond Unicode (which a parser may
+// wrap around to 0).
+bool xmlMayHoldNul(const QByteArray &data)
+{
+    if (data.contains('\0'))
+        return true;
+    for (qsizetype at = data.indexOf("&#"); at >= 0; at = data.indexOf("&#", at + 2)) {
+        qsizetype i = at + 2;
+        const bool hex = i < data.size() && (data.at(i) == 'x' || data.at(i) == 'X');
+        if (hex)
+            ++i;
+        quint64 value = 0;
+        bool digits = false;
+        for (; i < data.size(); ++i) {
+            const char c = data.at(i);
+            const int digit = c >= '0' && c <= '9'               ? c - '0'
+                              : hex && c >= 'a' && c <= 'f'      ? c - 'a' + 10
+                              : hex && c >= 'A' && c <= 'F'      ? c - 'A' + 10
+                                                                 : -1;
+            if (digit < 0)
+                break;
+            digits = true;
+            value = std::min<quint64>(value * (hex ? 16 : 10) + quint64(digit), quint64(1) << 40);
+        }
+        if (digits && (value == 0 || value > 0x10FFFF))
+            return true;
+    }
+    return false;
+}
+
 quint64 bigEndian(const uchar *bytes, int size)
 {
     quint64 value = 0;
@@ -135,7 +166,9 @@ bool binaryPlistSafe(const QByteArray &data, int limit)
         const uchar marker = bytes[offset];
         const int type = marker >> 4;
         container = {};
-        if (type != 0xA && type != 0xC && type != 0xD)
+        const bool isContainer = type == 0xA || type == 0xC || type == 0xD;
+        const bool isText = type == 0x5 || type == 0x6;
+        if (!isContainer && !isText)
             return true;
         quint64 count = marker & 0x0F;
         quint64 position = offset + 1;
@@ -148,8 +181,20 @@ bool binaryPlistSafe(const QByteArray &data, int limit)
             count = bigEndian(bytes + position + 1, countSize);
             position += 1 + quint64(countSize);
         }
+        const quint64 room = tableOffset - position;
+        if (isText) {
+            // libplist 2.2 asserts that its strings hold no NUL: such a file never gets there.
+            const int unit = type == 0x6 ? 2 : 1;
+            if (count > room / quint64(unit))
+                return false;
+            for (quint64 i = 0; i < count; ++i)
+                if ((unit == 1 && bytes[position + i] == 0)
+                    || (unit == 2 && bytes[position + 2 * i] == 0 && bytes[position + 2 * i + 1] == 0))
+                    return false;
+            return true;
+        }
         const quint64 refs = type == 0xD ? count * 2 : count;
-        if ((type == 0xD && count > (quint64(1) << 62)) || refs > (tableOffset - position) / quint64(refSize))
+        if ((type == 0xD && count > (quint64(1) << 62)) || refs > room / quint64(refSize))
             return false;
         container = {position, refs};
         return true;
@@ -261,8 +306,11 @@ QVariant toVariant(plist_t node, int depth, bool &tooDeep)
     case PLIST_ARRAY: {
         QVariantList list;
         const uint32_t size = plist_array_get_size(node);
+        // Kinds the program does not use (UIDs) are left out, so that what was read can be
+        // written again.
         for (uint32_t i = 0; i < size; ++i)
-            list << toVariant(plist_array_get_item(node, i), depth + 1, tooDeep);
+            if (QVariant item = toVariant(plist_array_get_item(node, i), depth + 1, tooDeep); item.isValid())
+                list << item;
         return list;
     }
     case PLIST_DICT: {
@@ -275,7 +323,9 @@ QVariant toVariant(plist_t node, int depth, bool &tooDeep)
             plist_dict_next_item(node, iter, &key, &value);
             if (!key)
                 break;
-            map.insert(takeString(key), toVariant(value, depth + 1, tooDeep));
+            QString name = takeString(key);
+            if (QVariant item = toVariant(value, depth + 1, tooDeep); item.isValid())
+                map.insert(name, item);
         }
         free(iter);
         return map;
@@ -356,7 +406,8 @@ QVariant fromData(const QByteArray &data)
     if (data.isEmpty())
         return {};
     // plist_from_memory takes the binary form by this magic, everything else as XML.
-    if (data.startsWith("bplist00") ? !binaryPlistSafe(data, kMaxDepth) : !xmlNestingWithin(data, kMaxDepth))
+    if (data.startsWith("bplist00") ? !binaryPlistSafe(data, kMaxDepth)
+                                    : !xmlNestingWithin(data, kMaxDepth) || xmlMayHoldNul(data))
         return {};
     plist_t raw = nullptr;
     plist_from_memory(data.constData(), static_cast<uint32_t>(data.size()), &raw);

@@ -19,7 +19,7 @@ QVariant fileValueOrDefault(const QVariantMap &file, const PreferenceObject::Set
         return type == QMetaType::Int || type == QMetaType::LongLong || type == QMetaType::UInt
                || type == QMetaType::ULongLong || type == QMetaType::Double;
     };
-    if (given == wanted || (isNumber(wanted) && isNumber(given) && wanted != QMetaType::Bool)) {
+    if (given == wanted || (isNumber(wanted) && isNumber(given))) {
         QVariant value = *found;
         value.convert(setting.defaultValue.metaType());
         return value;

@@ -22,7 +22,7 @@ struct Observer
 
     bool waitFor(qsizetype count)
     {
-        QDeadlineTimer deadline(5000);
+        QDeadlineTimer deadline(60000); // a guard against a hang
         while (received.size() < count && !deadline.hasExpired())
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
         return received.size() >= count;

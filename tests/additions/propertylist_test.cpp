@@ -134,6 +134,12 @@ TEST(PropertyList, NestingBeyondTheLimitInEitherFormReadsAsNothing)
     });
     EXPECT_EQ(arrayDepth(PropertyList::fromData(shared)), 5);
 
+    // Text holding NUL, which libplist asserts against, in either form.
+    const QByteArray trailer = QByteArray(6, '\0') + "\x01\x01" + QByteArray(7, '\0') + "\x01"
+                               + QByteArray(8, '\0') + QByteArray(7, '\0') + "\x0c";
+    EXPECT_FALSE(PropertyList::fromData(QByteArray("bplist00\x53" "a\0b\x08", 13) + trailer).isValid());
+    EXPECT_FALSE(PropertyList::fromData("<plist><string>a&#x0;b</string></plist>").isValid());
+
     // A binary file as libplist writes it, with a dictionary, text and numbers.
     plist_t root = plist_new_dict();
     plist_t list = plist_new_array();
