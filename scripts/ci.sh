@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # CI on a clean clone: the README's test command (set-up, build, the whole suite), then the
-# same suite built with AddressSanitizer and UndefinedBehaviorSanitizer, then ThreadSanitizer
-# on the pool and library tests. Prints how long each step took.
+# same suite built with AddressSanitizer and UndefinedBehaviorSanitizer. Prints how long each
+# step took. The ThreadSanitizer run (scripts/sanitize.sh thread) is a third build of most of
+# the tree, too long for CI on two cores; it is run by hand (see the README).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
