@@ -61,7 +61,21 @@ int runOrganizeCommand(const QStringList &arguments)
         return usage(err, QStringLiteral("give either --all or the paths of files and folders"));
 
     // The organizer works on the library here, as the program's own organizer does.
-    auto library = std::make_shared<LibraryBackend>();
+    std::shared_ptr<LibraryBackend> library;
+    QString problem;
+    try {
+        library = std::make_shared<LibraryBackend>();
+        problem = library->openError();
+    } catch (const std::exception &exception) {
+        problem = QString::fromUtf8(exception.what());
+    }
+    if (!library || !library->isRunning()) {
+        err << "orvane-cli: the library cannot be opened"
+            << (problem.isEmpty() ? QString() : QStringLiteral(": ") + problem)
+            << "; nothing was changed\n";
+        err.flush();
+        return 1;
+    }
     PlayerBackends::setDefaultBackend(library);
     OrganizeRun run(out, err, [&library](const QList<ITunesTrack> &tracks) {
         QStringList persistentIDs;
