@@ -86,7 +86,7 @@ TEST(AppPreferences, DamagedFileGivesDefaultsAndAFreshSave)
     }
 }
 
-TEST(AppPreferences, MissingKeyReadsFalseUntilTheSaveHealsTheFile)
+TEST(AppPreferences, AMissingKeyTakesItsDefaultAndTheSaveWritesItKeepingTheOthers)
 {
     QVariantMap stored = kDefaults;
     stored.remove("UseLastFM");
@@ -97,15 +97,17 @@ TEST(AppPreferences, MissingKeyReadsFalseUntilTheSaveHealsTheFile)
 
     AppPreferences *preferences = AppPreferences::sharedPreferences();
     preferences->readUserPreferences();
-    EXPECT_TRUE(preferences->isSettingNull("prefUseLastFM"));
-    EXPECT_FALSE(preferences->property("prefUseLastFM").toBool());
+    EXPECT_FALSE(preferences->isSettingNull("prefUseLastFM"));
+    EXPECT_EQ(preferences->property("prefUseLastFM"), kDefaults.value("UseLastFM"));
     EXPECT_TRUE(preferences->prefUseHotkeyListener());
 
     preferences->saveUserPreferences();
     ExceptionSink::setHandler({});
-    EXPECT_EQ(logged, 1);
-    EXPECT_FALSE(preferences->prefUseHotkeyListener());
-    expectMapEquals(PropertyList::readMap(generalFile()), kDefaults);
+    EXPECT_EQ(logged, 0);
+    EXPECT_TRUE(preferences->prefUseHotkeyListener());
+    QVariantMap healed = kDefaults;
+    healed.insert("UseHotkeyListener", true);
+    expectMapEquals(PropertyList::readMap(generalFile()), healed);
 }
 
 TEST(AppPreferences, LocationsByNumber)

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 TEST_F(PoolTest, PathsSelectTheirTracksInGivenOrderAndFoldersByPath)
@@ -160,4 +161,19 @@ TEST(OrganizeCommand, ListHelpAndTheEnginesOwnAlertFromTheCommandLine)
             << c.arguments.join(' ').toStdString() << ": " << err.toStdString();
         EXPECT_TRUE(cli.readAllStandardOutput().isEmpty());
     }
+
+    // A library that cannot be opened (its folder is a file) stops the run before it starts.
+    QTemporaryDir data;
+    QFile blocker(data.path() + "/Orvane Library");
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_DATA_HOME", data.path());
+    QProcess cli;
+    cli.setProcessEnvironment(environment);
+    cli.start(ORVANE_CLI_PATH, {"organize", QString::number(built.first()), "--all"});
+    ASSERT_TRUE(cli.waitForFinished(30000));
+    EXPECT_EQ(cli.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(cli.exitCode(), 1);
+    EXPECT_TRUE(cli.readAllStandardError().startsWith("orvane-cli: the library cannot be opened"));
 }
