@@ -59,7 +59,7 @@ public:
 
     // The folder the library keeps music in: the "musicFolder" setting, else the user's music
     // folder.
-    QString musicFolder();
+    QString musicFolder() override;
     void setMusicFolder(const QString &path);
 
 private:
