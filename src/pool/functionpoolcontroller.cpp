@@ -3,7 +3,7 @@
 #include "additions/exceptionsink.h"
 #include "additions/fileadditions.h"
 #include "additions/localizedstrings.h"
-#include "application/apppreferences.h"
+#include "additions/ovapplication.h"
 #include "player/apptodo.h"
 #include "pool/functionpoollog.h"
 #include "pool/functionpoolpreferences.h"
@@ -145,7 +145,8 @@ void FunctionPoolController::clickFunctionRun(qint64 number)
 qint64 FunctionPoolController::checkFunctionRun()
 {
     const ServerGateDecision decision =
-        evaluateServerGateFile(AppPreferences::locationToPreferences(5), yourCurrentFunctionNo_);
+        evaluateServerGateFile(OVApplication::ov_applicationInfoURLForFileHidden(),
+                               yourCurrentFunctionNo_);
     if (decision.result == ServerGateDecision::ShowMessage) {
         PoolAlert alert;
         alert.informativeText = decision.message;
