@@ -66,14 +66,6 @@ int runOrganizeCommand(const QStringList &arguments)
         err << "orvane-cli: " << library->openError() << "\n";
         return 1;
     }
-    // Tracks whose files changed since the library last saw them are read first, so the run
-    // works on what the files hold.
-    try {
-        library->refreshChangedTracks();
-    } catch (const BridgeFailure &failure) {
-        err << "orvane-cli: " << failure.what() << "\n";
-        return 1;
-    }
     PlayerBackends::setDefaultBackend(library);
     OrganizeRun run(out, err, [&library](const QList<ITunesTrack> &tracks) {
         QStringList persistentIDs;

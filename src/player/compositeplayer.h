@@ -30,6 +30,16 @@ public:
                          qsizetype index) override;
     RemoteObjectList add(const QStringList &paths, const RemoteObjectPtr &to) override;
     QString musicFolder() override { return library_ ? library_->musicFolder() : QString(); }
+    void organizerRunWillStart() override
+    {
+        if (library_)
+            library_->organizerRunWillStart();
+    }
+    void organizerRunDidEnd() override
+    {
+        if (library_)
+            library_->organizerRunDidEnd();
+    }
 
 private:
     // The backend that answers for a property of the application.

@@ -41,6 +41,12 @@ public:
     // The folder the backend keeps its music in, which the organizer never renames or leaves;
     // empty when the backend has none (the organizer then refuses to rename folders).
     virtual QString musicFolder() { return {}; }
+
+    // The organizer calls these on its worker thread around a run: before it fetches its tracks
+    // a backend that keeps copies of file tags reads back files changed behind its back, and
+    // after the last track it makes what the run saved durable.
+    virtual void organizerRunWillStart() {}
+    virtual void organizerRunDidEnd() {}
 };
 
 using PlayerBackendPtr = std::shared_ptr<PlayerBackend>;

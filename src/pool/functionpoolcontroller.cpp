@@ -5,6 +5,7 @@
 #include "additions/localizedstrings.h"
 #include "additions/ovapplication.h"
 #include "player/apptodo.h"
+#include "player/playerbackend.h"
 #include "pool/functionpoollog.h"
 #include "pool/functionpoolpreferences.h"
 #include "pool/poolfunction.h"
@@ -321,6 +322,16 @@ bool FunctionPoolController::poolFunctionLoop()
     yourLastErrorNo_ = 0;
     yourFailedTrackCount_ = 0;
 
+    const PlayerBackendPtr backend = PlayerBackends::libraryBackend();
+    if (backend) {
+        // A file that changed behind the library's back is read again first, so the run works on
+        // what the files hold; if that fails the run goes on with what the library has.
+        try {
+            backend->organizerRunWillStart();
+        } catch (const std::exception &exception) {
+            ExceptionSink::logException(exception);
+        }
+    }
     bool libraryMissing = false;
     const QList<ITunesTrack> tracks = fetchTrackSet(libraryMissing);
     if (libraryMissing) {
@@ -375,6 +386,8 @@ bool FunctionPoolController::poolFunctionLoop()
             }
         }
     }
+    if (backend)
+        backend->organizerRunDidEnd();
     poolFunctionEnd();
     return true;
 }

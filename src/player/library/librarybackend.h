@@ -60,6 +60,8 @@ public:
     // The folder the library keeps music in: the "musicFolder" setting, else the user's music
     // folder.
     QString musicFolder() override;
+    void organizerRunWillStart() override { refreshChangedTracks(); }
+    void organizerRunDidEnd() override { syncSavedFiles(); }
     void setMusicFolder(const QString &path);
 
 private:

@@ -113,4 +113,27 @@ TEST(LibraryCli, ALibraryThatCannotBeOpenedGivesAMessageAndStatus1)
     }
 }
 
+// An organizer run works on what the files hold: a tag changed behind the library's back is
+// read again before the run looks at it, so the run changes it instead of calling it unchanged.
+TEST(LibraryCli, OrganizeReadsFilesChangedBehindTheLibraryFirst)
+{
+    QTemporaryDir dir;
+    const QString data = dir.filePath("data");
+    const QString song = makeAudio(dir.filePath("in"), "song.mp3");
+    ASSERT_EQ(runCli(data, {"library", "add", song}).status, 0);
+    QProcess python;
+    python.start(QStringLiteral("/usr/bin/python3"),
+                 {"-c", "import sys, mutagen; f = mutagen.File(sys.argv[1], easy=True); "
+                        "f.add_tags() if f.tags is None else None; f['artist'] = 'Band ft. Guest'; f.save()",
+                  song});
+    ASSERT_TRUE(python.waitForFinished(30000) && python.exitCode() == 0);
+
+    const CliRun run = runCli(data, {"organize", "1", "--all"});
+    EXPECT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_EQ(mutagenTag(song, "artist"), "Band feat. Guest");
+    const QList<QJsonObject> tracks = jsonLines(runCli(data, {"library", "list", "--json"}).out);
+    ASSERT_EQ(tracks.size(), 1);
+    EXPECT_EQ(tracks.first().value("artist").toString(), "Band feat. Guest");
+}
+
 } // namespace
