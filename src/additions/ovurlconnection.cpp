@@ -4,22 +4,24 @@
 #include <QEventLoop>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QPointer>
+#include <QThread>
 #include <QThreadStorage>
 
 #include <memory>
 
 namespace {
 
-// A manager belongs to the thread that made it. The storage deletes the holder when that thread
-// ends; the manager goes with it unless the application object is already gone (the main
-// thread's at process exit), when there is nothing left to tidy for.
+// A manager belongs to the thread that made it. On the application's thread the application
+// object owns it and deletes it with itself (a QObject cannot be deleted safely once the
+// application is gone); on any other thread the storage deletes it when that thread ends.
 struct ManagerHolder
 {
-    std::unique_ptr<QNetworkAccessManager> manager = std::make_unique<QNetworkAccessManager>();
+    QPointer<QNetworkAccessManager> manager;
     ~ManagerHolder()
     {
-        if (!QCoreApplication::instance())
-            (void)manager.release();
+        if (manager && !manager->parent())
+            delete manager.data();
     }
 };
 
@@ -28,7 +30,13 @@ QNetworkAccessManager &threadManager()
     static QThreadStorage<ManagerHolder *> managers;
     if (!managers.hasLocalData())
         managers.setLocalData(new ManagerHolder);
-    return *managers.localData()->manager;
+    ManagerHolder *holder = managers.localData();
+    if (!holder->manager) {
+        QCoreApplication *application = QCoreApplication::instance();
+        const bool applicationThread = application && application->thread() == QThread::currentThread();
+        holder->manager = new QNetworkAccessManager(applicationThread ? application : nullptr);
+    }
+    return *holder->manager;
 }
 
 // Qt reports an HTTP error status as an error of the reply; the status is not ours to judge,
