@@ -6,7 +6,6 @@
 #include "additions/ovapplication.h"
 #include "additions/ovurlconnection.h"
 #include "services/server/applink.h"
-#include "services/server/serverdocument.h"
 #include "services/server/servermessagesui.h"
 
 #include <QCoreApplication>
@@ -115,10 +114,7 @@ int ServerMessages::checkApplicationLaunch()
         }
         if (decision.result == 1)
             return 1;
-        ui_.activateApplication();
-        ui_.showServerAlert(decision.alert.title, decision.alert.message, {QStringLiteral("0002.0001")});
-        if (decision.alert.opensURL())
-            openWebsite(decision.alert.url, 0);
+        showDocumentAlert(decision.alert, {QStringLiteral("0002.0001")});
         return 0;
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
@@ -143,18 +139,22 @@ int ServerMessages::checkApplicationUpdate()
         }
         if (decision.result == 0)
             return 0;
-        ui_.activateApplication();
-        ui_.showServerAlert(decision.alert.title, decision.alert.message,
-                            {QStringLiteral("0002.0001"), QStringLiteral("0002.0002")});
         // Whichever button was chosen: the announcement's page opens either way.
-        if (decision.alert.opensURL())
-            openWebsite(decision.alert.url, 0);
+        showDocumentAlert(decision.alert, {QStringLiteral("0002.0001"), QStringLiteral("0002.0002")});
         return 1;
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
         QFile::remove(path);
         return -1;
     }
+}
+
+void ServerMessages::showDocumentAlert(const ServerAlert &alert, const QStringList &buttonKeys)
+{
+    ui_.activateApplication();
+    ui_.showServerAlert(alert.title, alert.message, buttonKeys);
+    if (alert.opensURL())
+        openWebsite(alert.url, 0);
 }
 
 void ServerMessages::openWebsite(const QString &address, int option)

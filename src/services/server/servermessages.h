@@ -1,6 +1,7 @@
 #pragma once
 
 #include "application/services.h"
+#include "services/server/serverdocument.h"
 
 #include <QObject>
 #include <QString>
@@ -43,6 +44,8 @@ public:
     static QString cachePath();
 
 private:
+    // Brings the program forward, shows the document's alert and opens its address, if any.
+    void showDocumentAlert(const ServerAlert &alert, const QStringList &buttonKeys);
     ServerMessagesUi &ui_;
     HostProbe hostProbe_;
     double affiliateDelay_ = 1.0;
