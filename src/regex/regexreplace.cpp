@@ -18,6 +18,7 @@ namespace {
 
 const QString kICUExceptionName = QStringLiteral("RKLICURegexException");
 constexpr uint32_t kRegexOptions = 0;
+constexpr int32_t kMatchStepLimit = 3000;
 
 // Held only for one replacement on the pool worker, so waiting is rare and short.
 class SpinLock
@@ -155,6 +156,10 @@ private:
             uregex_close(regex);
             throwCompileError(status, parseError, pattern);
         }
+        // A pattern that backtracks without end (found by fuzzing) must end in an error, not
+        // hold the run for ever; the limit counts match steps, a few seconds of work.
+        uregex_setTimeLimit(regex, kMatchStepLimit, &status);
+        checkStatus(status, pattern);
         return regex;
     }
 
