@@ -18,7 +18,11 @@ namespace {
 
 const QString kICUExceptionName = QStringLiteral("RKLICURegexException");
 constexpr uint32_t kRegexOptions = 0;
-constexpr int32_t kMatchStepLimit = 3000;
+// In ICU's time-limit units (about ten thousand match steps each): well under a second.
+#ifndef ORVANE_REGEX_MATCH_STEP_LIMIT
+#define ORVANE_REGEX_MATCH_STEP_LIMIT 3000
+#endif
+constexpr int32_t kMatchStepLimit = ORVANE_REGEX_MATCH_STEP_LIMIT;
 
 // Held only for one replacement on the pool worker, so waiting is rare and short.
 class SpinLock
@@ -157,7 +161,7 @@ private:
             throwCompileError(status, parseError, pattern);
         }
         // A pattern that backtracks without end (found by fuzzing) must end in an error, not
-        // hold the run for ever; the limit counts match steps, a few seconds of work.
+        // hold the run for ever: it stops after kMatchStepLimit with U_REGEX_TIME_OUT.
         uregex_setTimeLimit(regex, kMatchStepLimit, &status);
         checkStatus(status, pattern);
         return regex;
