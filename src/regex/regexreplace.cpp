@@ -96,7 +96,11 @@ QString icuErrorReason(UErrorCode status)
 {
     QVariantMap info = icuErrorInfo(status, pattern);
     info.insert(QStringLiteral("NSLocalizedFailureReason"),
-                QStringLiteral("The error %1 occurred.").arg(QString::fromLatin1(u_errorName(status))));
+                status == U_REGEX_TIME_OUT
+                    ? QStringLiteral("The regular expression took too many steps on this text; "
+                                     "nested repetitions such as (a+)+ make it try without end. "
+                                     "Simplify the expression.")
+                    : QStringLiteral("The error %1 occurred.").arg(QString::fromLatin1(u_errorName(status))));
     throw OVException(kICUExceptionName, icuErrorReason(status), info);
 }
 
@@ -207,7 +211,8 @@ ReplacePass replaceAll(URegularExpression *regex, const QString &pattern,
         checkAppend();
         ++pass.count;
     }
-    checkStatus(findStatus, pattern);
+    if (U_FAILURE(findStatus))
+        throwReplaceError(findStatus, pattern); // the match limit, above all
     pass.length += uregex_appendTail(regex, &destination, &capacity, &appendStatus);
     checkAppend();
     pass.overflowed = appendStatus == U_BUFFER_OVERFLOW_ERROR;

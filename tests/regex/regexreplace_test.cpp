@@ -102,6 +102,27 @@ TEST(RegexReplace, ErrorsRepeatForEveryCallAndLeaveTheCacheUsable)
 
 // More patterns than the cache has slots, from several threads at once: every answer must be
 // that of its own pattern, whichever pattern a slot held before.
+TEST(RegexReplace, BacktrackingWithoutEndStopsWithAnErrorButLongTextsDoNot)
+{
+    // Nested quantifiers over a text that never matches: without the match limit this runs for
+    // longer than the universe; with it, the track gets the error and keeps its text.
+    QString text = QString(40, QLatin1Char('a'));
+    const QString original = text;
+    try {
+        replaceOccurrencesOfRegex(text, QStringLiteral("(a+)+b"), QStringLiteral("x"));
+        ADD_FAILURE() << "no error for a pattern that backtracks without end";
+    } catch (const OVException &exception) {
+        EXPECT_EQ(exception.name(), QStringLiteral("RKLICURegexException"));
+        EXPECT_TRUE(exception.reason().contains(QStringLiteral("U_REGEX_TIME_OUT")))
+            << exception.reason().toStdString();
+    }
+    EXPECT_EQ(text, original);
+
+    // A lyrics-sized text with an ordinary pattern stays far inside the limit.
+    QString lyrics = QStringLiteral("feat. someone and ft. another, ").repeated(2000);
+    EXPECT_EQ(replaceOccurrencesOfRegex(lyrics, QStringLiteral("\\bft\\.\\s+(\\w+)"), QStringLiteral("feat. $1")), 2000);
+}
+
 TEST(RegexReplace, ManyPatternsFromManyThreadsStayApart)
 {
     std::atomic<int> wrong{0};
