@@ -6,4 +6,6 @@ bash scripts/setup.sh
 bash scripts/build.sh
 build_dir=${ORVANE_BUILD_DIR:-build}
 (cd "$build_dir" && ctest --output-on-failure -j"$(nproc)" --timeout 300)
+# Each test executable once more, whole: cases must not depend on running alone.
+bash scripts/run-whole-tests.sh "$build_dir"
 bash scripts/fuzz-ci.sh

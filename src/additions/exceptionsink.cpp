@@ -1,27 +1,13 @@
 #include "additions/exceptionsink.h"
 
-#include <mutex>
-
-namespace {
-std::mutex handlerMutex;
-ExceptionSink::Handler currentHandler;
-} // namespace
+#include "additions/appcontext.h"
 
 namespace ExceptionSink {
 
-void setHandler(Handler handler)
-{
-    std::lock_guard lock(handlerMutex);
-    currentHandler = std::move(handler);
-}
-
 void logException(const OVException &exception)
 {
-    Handler handler;
-    {
-        std::lock_guard lock(handlerMutex);
-        handler = currentHandler;
-    }
+    const AppContext *context = appContext();
+    const AppContext::ExceptionHandler handler = context ? context->exceptionHandler() : nullptr;
     if (!handler)
         return;
     try {

@@ -1,5 +1,7 @@
 #include "additions/notificationadditions.h"
 
+#include "additions/appcontext.h"
+
 #include <QCoreApplication>
 
 QObject *OVNotification::ov_objectForClass(const QMetaObject &metaObject) const
@@ -17,7 +19,10 @@ bool OVNotification::ov_post() const
 {
     // Queued on the centre's thread (the main thread) rather than the caller's: a worker thread
     // may never turn an event loop of its own, and the observers live on the main thread.
-    OVNotificationCenter *center = OVNotificationCenter::defaultCenter();
+    AppContext *context = appContext();
+    if (!context)
+        return false;
+    OVNotificationCenter *center = &context->notificationCenter();
     const OVNotification notification = *this;
     return QMetaObject::invokeMethod(
         center, [center, notification] { center->deliver(notification); }, Qt::QueuedConnection);
@@ -28,13 +33,6 @@ OVNotificationCenter::OVNotificationCenter()
     qRegisterMetaType<OVNotification>();
     if (QCoreApplication *application = QCoreApplication::instance())
         moveToThread(application->thread());
-}
-
-OVNotificationCenter *OVNotificationCenter::defaultCenter()
-{
-    // Never deleted: notifications may still be queued while the program winds down.
-    static OVNotificationCenter *center = new OVNotificationCenter;
-    return center;
 }
 
 QMetaObject::Connection OVNotificationCenter::observe(

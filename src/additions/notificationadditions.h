@@ -21,21 +21,23 @@ struct OVNotification
     template <class T> T *ov_objectForClass() const { return qobject_cast<T *>(object.data()); }
     QVariant ov_userInfoObjectForKey(const QString &key, ValueClass valueClass) const;
 
-    // Queues the notification: it is delivered when the main thread's event loop next gets to
-    // its queued work, never during this call.
+    // Queues the notification on the centre of the installed AppContext: it is delivered when
+    // the main thread's event loop next gets to its queued work, never during this call. False
+    // without a context.
     bool ov_post() const;
 };
 
 Q_DECLARE_METATYPE(OVNotification)
 
 // Where notifications posted by name arrive. Observers connect with observe(); delivery to an
-// observer happens in the observer's (the context's) thread.
+// observer happens in the observer's (the context's) thread. Lives on the main thread; the
+// program's one centre is owned by the AppContext.
 class OVNotificationCenter : public QObject
 {
     Q_OBJECT
 
 public:
-    static OVNotificationCenter *defaultCenter();
+    OVNotificationCenter();
 
     // Calls the handler for every notification of that name while the context lives.
     QMetaObject::Connection observe(const QString &name, const QObject *context,
@@ -46,9 +48,6 @@ public:
 
 signals:
     void notificationPosted(const OVNotification &notification);
-
-private:
-    OVNotificationCenter();
 };
 
 // False for an empty name; otherwise queues a notification with the sender as its object.

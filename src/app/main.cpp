@@ -2,11 +2,14 @@
 #include "playerwiring.h"
 #include "quitsignals.h"
 
+#include "additions/appcontext.h"
 #include "application/appcontroller.h"
 #include "application/applicationui_widgets.h"
+#include "application/apppreferences.h"
 #include "orvaneversion.h"
 #include "player/library/gui/librarywindowcontroller.h"
 #include "player/library/librarybackend.h"
+#include "pool/gui/organizerwindowcontroller.h"
 #include "services/server/gui/servermessagesui_widgets.h"
 #include "services/server/ovlink.h"
 #include "services/server/servermessages.h"
@@ -26,9 +29,15 @@ int main(int argc, char *argv[])
     // The program lives in the status strip and goes on without any window open.
     QApplication::setQuitOnLastWindowClosed(false);
 
+    // The composition root: everything below is made here and handed on; what every part may
+    // reach without being handed it is the context, installed on the application object.
+    AppContext context;
+    context.install();
+    AppPreferences preferences;
+
     const ProgramPlayer program = createPlayerBackend();
-    PlayerBackends::setDefaultBackend(program.player);
-    PlayerBackends::setLibraryBackend(program.library);
+    context.setPlayerBackend(program.player);
+    context.setLibraryBackend(program.library);
     // The program goes on with the player alone; the alert says why the library is missing.
     if (!program.library->isRunning()) {
         const QString reason = program.library->openError();
@@ -48,9 +57,14 @@ int main(int argc, char *argv[])
     WidgetServerMessagesUi serverUi(ui);
     ProgramServiceFactory services;
     services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
-    AppController controller(ui, services);
-    services.functionPoolWindowHooks.killTargetWindow = [&controller](int option) {
-        controller.killTargetWindow(option);
+    services.functionPoolWindowMaker = [](const FunctionPoolWindowHooks &hooks) {
+        return std::make_shared<OrganizerWindowController>(hooks);
+    };
+    AppController controller(context, ui, services, preferences);
+    // The windows report their closing by number.
+    services.functionPoolWindowHooks.killTargetWindow = [&controller](int number) {
+        if (const std::optional<AppWindow> window = appWindowFromNumber(number))
+            controller.killTargetWindow(*window);
     };
     services.functionPoolWindowHooks.openLibraryWindow = [&libraryWindow] { libraryWindow.showWindow(); };
 
@@ -75,7 +89,7 @@ int main(int argc, char *argv[])
 
     controller.awakeFromNib();
     const int status = application.exec();
-    PlayerBackends::setLibraryBackend(nullptr);
-    PlayerBackends::setDefaultBackend(nullptr);
+    context.setLibraryBackend(nullptr);
+    context.setPlayerBackend(nullptr);
     return status;
 }

@@ -1,28 +1,35 @@
 #pragma once
 
 #include "additions/ovexception.h"
+#include "application/exceptionlog.h"
+#include "application/launchsequence.h"
+#include "application/playereventrouter.h"
 #include "application/services.h"
+#include "application/windowregistry.h"
 #include "player/itunes.h"
 
 #include <QObject>
 #include <QVariantMap>
 
-#include <atomic>
-
+class AppContext;
+class AppPreferences;
 class ApplicationUi;
-class QThread;
 
-// The program's one main object: it starts the program in its mode, owns the services and
-// windows in nullable fields (a non-null window field means the window exists), fans the player
-// notification out to them, answers the menus and runs the orderly shutdown. Other parts reach
-// the services through it. Lives on the main thread; only doLaunchJobs() runs on a thread of
-// its own, and it calls back here waiting for the main thread.
+// The program's main object: it answers the menus, the windows' closing and the orderly
+// shutdown, and owns the parts that do the rest: the window registry, the player-event router
+// with the live services, the launch sequence and the exception log. The operations the rest
+// of the program calls keep their names here and delegate. Main thread; owned by the
+// composition root (the program's main), which hands it the context, the desktop, the services
+// and the general settings.
 class AppController : public QObject, public ScriptingBridgeDelegate
 {
     Q_OBJECT
 
 public:
-    AppController(ApplicationUi &ui, ServiceFactory &factory, QObject *parent = nullptr);
+    // While it lives, the context's exception handler, auto-love source and loved-track scrobbler
+    // are this controller's.
+    AppController(AppContext &context, ApplicationUi &ui, ServiceFactory &factory, AppPreferences &preferences,
+                  QObject *parent = nullptr);
     ~AppController() override;
 
     // The whole start-up: migration, general settings, launch thread, mode and launch.
@@ -30,58 +37,62 @@ public:
 
     // 1 default mode, 2 organize mode.
     qint64 yourAppMode() const { return yourAppMode_; }
-    const ITunesApplication &yourTunes() const { return yourTunes_; }
-    TuneController *yourTuneController() const { return yourTuneController_.get(); }
-    LastFMScrobbler *yourLastFMScrobbler() const { return yourLastFMScrobbler_.get(); }
-    RatingNotifierController *yourRatingNotifierController() const { return yourRatingNotifierController_.get(); }
-    HotkeyListener *yourHotkeyListener() const { return yourHotkeyListener_.get(); }
+    const ITunesApplication &yourTunes() const { return router_.yourTunes(); }
+    AppPreferences &preferences() const { return preferences_; }
+    TuneController *yourTuneController() const { return services_.tuneController.get(); }
+    LastFMScrobbler *yourLastFMScrobbler() const { return services_.lastFMScrobbler.get(); }
+    RatingNotifierController *yourRatingNotifierController() const { return services_.ratingNotifier.get(); }
+    HotkeyListener *yourHotkeyListener() const { return services_.hotkeyListener.get(); }
     TuneControllerNavigatonWindowController *yourMainNavigationWindowController() const
     {
-        return yourMainNavigationWindowController_.get();
+        return windows_.get<AppWindow::Navigation>().get();
     }
-    AppLicenseWindowController *yourAppLicenseWindowController() const { return yourAppLicenseWindowController_.get(); }
+    AppLicenseWindowController *yourAppLicenseWindowController() const
+    {
+        return windows_.get<AppWindow::License>().get();
+    }
     FunctionPoolWindowController *yourFunctionPoolWindowController() const
     {
-        return yourFunctionPoolWindowController_.get();
+        return windows_.get<AppWindow::FunctionPool>().get();
     }
-    TrackInfoWindowController *yourTrackInfoWindowController() const { return yourTrackInfoWindowController_.get(); }
+    TrackInfoWindowController *yourTrackInfoWindowController() const
+    {
+        return windows_.get<AppWindow::TrackInfo>().get();
+    }
     TrackLyricsWindowController *yourTrackLyricsWindowController() const
     {
-        return yourTrackLyricsWindowController_.get();
+        return windows_.get<AppWindow::Lyrics>().get();
     }
     AppPreferencesWindowController *yourAppPreferencesWindowController() const
     {
-        return yourAppPreferencesWindowController_.get();
+        return windows_.get<AppWindow::Preferences>().get();
     }
     AppLinks *yourAppLinks() const { return yourAppLinks_.get(); }
 
     bool isOptionKeyPressed() const;
 
-    // Launch.
-    void doLaunchJobs();
-    void doLaunchErrorMessage();
-    void doLaunchCheck();
-    void doSystemCheck();
-    // "distribution release" as QSysInfo names them, "debian 12".
-    static QString operatingSystemVersionString();
-    void launchInDefaultMode();
-    void launchInOrganizeMode();
-    bool transformProcessWorkaroundA();
+    // Launch (LaunchSequence).
+    void doLaunchJobs() { launch_.doLaunchJobs(); }
+    void doLaunchErrorMessage() { launch_.doLaunchErrorMessage(); }
+    void doLaunchCheck() { launch_.doLaunchCheck(); }
+    void doSystemCheck() { launch_.doSystemCheck(); }
+    static QString operatingSystemVersionString() { return ::operatingSystemVersionString(); }
+    void launchInDefaultMode() { launch_.launchInDefaultMode(); }
+    void launchInOrganizeMode() { launch_.launchInOrganizeMode(); }
+    bool transformProcessWorkaroundA() { return launch_.transformProcessWorkaroundA(); }
     bool tuneControllerCreate();
     QPoint tuneControllerPosition() const;
 
-    // The player notification and what it sets off.
-    void observeYourTunesPlayerState(const QVariantMap &userInfo);
-    void currentTrackIsChanging();
-    // 1 a new current track, 2 submit, 3 submit and clean.
-    void scrobbleCurrentTrack(int option);
-    void lastFMScrobblerCreate();
-    // 1 track change or hotkey, 2 mouse-over, 3 rating reminder, 4 as 2.
-    void showTrackInfoWindow(int option);
-    void showTrackInfoWindowByMouseOver();
-    void showTrackLyricsWindow();
-    void currentTrackActionRun();
-    void currentTrackActionCleanup();
+    // The player notification and what it sets off (PlayerEventRouter).
+    void observeYourTunesPlayerState(const QVariantMap &userInfo) { router_.observeYourTunesPlayerState(userInfo); }
+    void currentTrackIsChanging() { router_.currentTrackIsChanging(); }
+    void scrobbleCurrentTrack(int option) { router_.scrobbleCurrentTrack(option); }
+    void lastFMScrobblerCreate() { router_.lastFMScrobblerCreate(); }
+    void showTrackInfoWindow(int option) { router_.showTrackInfoWindow(option); }
+    void showTrackInfoWindowByMouseOver() { router_.showTrackInfoWindowByMouseOver(); }
+    void showTrackLyricsWindow() { router_.showTrackLyricsWindow(); }
+    void currentTrackActionRun() { router_.currentTrackActionRun(); }
+    void currentTrackActionCleanup() { router_.currentTrackActionCleanup(); }
 
     // Menus.
     void clickNavigationMenu();
@@ -101,47 +112,37 @@ public:
     // The status strip moved or changed its size: dependent windows follow.
     void controllerWindowDidMove();
 
-    // 1 track info, 2 function pool, 3 licence, 4 preferences, 5 navigation, 6 lyrics.
-    void killTargetWindow(int option);
+    // The window closed: the controller lets it go; closing the organizer ends organize mode.
+    void killTargetWindow(AppWindow window);
     void chooseOptionTerminate();
     void terminateApp();
     void applicationWillTerminate();
 
-    void logException(const OVException &exception);
-    void eventDidFail(const QString &className, const QString &operation, const BridgeError &withError) override;
+    // Failures (ExceptionLog).
+    void logException(const OVException &exception) { exceptionLog_.logException(exception); }
+    void eventDidFail(const QString &className, const QString &operation, const BridgeError &withError) override
+    {
+        exceptionLog_.eventDidFail(className, operation, withError);
+    }
 
 private:
-    template <class Body>
-    void guarded(Body body);
-    template <class Window, class Create, class Open>
-    void bringUpWindow(std::shared_ptr<Window> &field, Create create, Open open);
-    void releaseLater(std::shared_ptr<void> object);
+    friend class LaunchSequence;
+
     void installHooks();
     void removeHooks();
-    void stopLaunchThread();
-    // Runs a call of the launch thread on the main thread and waits for it.
-    template <class Call>
-    void onMainThreadWaiting(Call call);
 
+    AppContext &context_;
     ApplicationUi &ui_;
     ServiceFactory &factory_;
+    AppPreferences &preferences_;
 
     qint64 yourAppMode_ = 1;
-    ITunesApplication yourTunes_;
-    std::shared_ptr<TuneControllerNavigatonWindowController> yourMainNavigationWindowController_;
-    std::shared_ptr<AppLicenseWindowController> yourAppLicenseWindowController_;
-    std::shared_ptr<FunctionPoolWindowController> yourFunctionPoolWindowController_;
-    std::shared_ptr<TrackInfoWindowController> yourTrackInfoWindowController_;
-    std::shared_ptr<TrackLyricsWindowController> yourTrackLyricsWindowController_;
-    std::shared_ptr<AppPreferencesWindowController> yourAppPreferencesWindowController_;
-    std::shared_ptr<TuneController> yourTuneController_;
-    std::shared_ptr<LastFMScrobbler> yourLastFMScrobbler_;
-    std::shared_ptr<RatingNotifierController> yourRatingNotifierController_;
-    std::shared_ptr<HotkeyListener> yourHotkeyListener_;
-    std::shared_ptr<AppLinks> yourAppLinks_;
-
-    QThread *launchThread_ = nullptr;
-    std::atomic<bool> stopping_{false};
     bool terminating_ = false;
-    QMetaObject::Connection playerInfoConnection_;
+    std::shared_ptr<AppLinks> yourAppLinks_;
+    LiveServices services_;
+    WindowRegistry windows_;
+    ExceptionLog exceptionLog_;
+    PlayerEventRouter router_;
+    // Last: its destructor ends the launch thread, which calls into the parts above.
+    LaunchSequence launch_;
 };

@@ -5,9 +5,6 @@
 #include "application/loginitems.h"
 #include "application/preferencesmigration.h"
 
-#include <QCoreApplication>
-#include <QMutex>
-#include <QThread>
 
 namespace {
 
@@ -28,28 +25,13 @@ QList<PreferenceObject::Setting> generalSettings()
     };
 }
 
-QMutex creationLock;
-AppPreferences *sharedInstance = nullptr;
-
 } // namespace
 
-AppPreferences::AppPreferences()
-    : PreferenceObject(generalSettings()),
+AppPreferences::AppPreferences(QObject *parent)
+    : PreferenceObject(generalSettings(), parent),
       prefAppSupportParentLocation_(OVApplication::ov_applicationSupportDirectoryURLForVersion())
 {
     loadUserPreferencesDefaults();
-}
-
-AppPreferences *AppPreferences::sharedPreferences()
-{
-    QMutexLocker locker(&creationLock);
-    if (!sharedInstance) {
-        sharedInstance = new AppPreferences;
-        // Whichever thread asks first, the settings belong to the main thread.
-        if (QCoreApplication *app = QCoreApplication::instance(); app && app->thread() != QThread::currentThread())
-            sharedInstance->moveToThread(app->thread());
-    }
-    return sharedInstance;
 }
 
 QString AppPreferences::locationToPreferences(int number)

@@ -2,11 +2,11 @@
 
 #include "application/preferenceobject.h"
 
-// The general settings, "General".plist, and the one instance that knows where every other
-// settings file lives. Created on first use from any thread and never destroyed; its settings
-// are written on the main thread and read from the main and launch threads without a lock.
-// Creation loads the defaults only: the application controller migrates earlier settings and
-// then calls readUserPreferences() itself.
+// The general settings, "General".plist, and where every other settings file lives. Made by the
+// composition root on the main thread and handed to whoever needs it (the application
+// controller first); its settings are written on the main thread and may be read from any
+// thread (PreferenceObject's lock). Creation loads the defaults only: the application
+// controller migrates earlier settings and then calls readUserPreferences() itself.
 class AppPreferences : public PreferenceObject
 {
     Q_OBJECT
@@ -37,7 +37,13 @@ class AppPreferences : public PreferenceObject
                    NOTIFY devErrorChanged)
 
 public:
-    static AppPreferences *sharedPreferences();
+    explicit AppPreferences(QObject *parent = nullptr);
+
+    // The fixed fade and layout times, for windows that only need those.
+    static constexpr double kStatusItemAnimationTime = 0.6;
+    static constexpr double kWindowFadeTimeIn = 0.08;
+    static constexpr double kWindowFadeTimeOut = 0.2;
+    static constexpr double kViewFadeTime = 0.2;
 
     // The settings files by number: 1 track info window, 2 lyrics window, 3 Last.fm,
     // 4 general, 5 the cached server document, 6 the exception log, 7 status item, 8 rating,
@@ -53,11 +59,11 @@ public:
     bool deprecatedPreferencsConvert();
 
     QString prefAppSupportParentLocation() const { return prefAppSupportParentLocation_; }
-    double prefStatusItemAnimationTimeIn() const { return 0.6; }
-    double prefStatusItemAnimationTimeOut() const { return 0.6; }
-    double prefWindowFadeTimeIn() const { return 0.08; }
-    double prefWindowFadeTimeOut() const { return 0.2; }
-    double prefViewFadeTime() const { return 0.2; }
+    double prefStatusItemAnimationTimeIn() const { return kStatusItemAnimationTime; }
+    double prefStatusItemAnimationTimeOut() const { return kStatusItemAnimationTime; }
+    double prefWindowFadeTimeIn() const { return kWindowFadeTimeIn; }
+    double prefWindowFadeTimeOut() const { return kWindowFadeTimeOut; }
+    double prefViewFadeTime() const { return kViewFadeTime; }
     double prefBorderHeight() const { return 44; }
 
     bool prefLaunchMeOnLogin() const { return boolSetting("prefLaunchMeOnLogin"); }
@@ -100,8 +106,6 @@ signals:
     void devErrorChanged();
 
 private:
-    AppPreferences();
-
     QString prefAppSupportParentLocation_;
     bool prefDevErrorShowDialog_ = false;
     bool prefDevErrorWriteLogFile_ = false;

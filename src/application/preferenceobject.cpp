@@ -34,19 +34,31 @@ PreferenceObject::PreferenceObject(QList<Setting> settings, QObject *parent)
 {
 }
 
+QVariant PreferenceObject::setting(const QString &property) const
+{
+    QMutexLocker locker(&valuesLock_);
+    return values_.value(property);
+}
+
 void PreferenceObject::setSetting(const QString &property, const QVariant &value)
 {
-    const QVariant old = values_.value(property);
-    if (old.isValid() == value.isValid() && old == value && old.typeId() == value.typeId())
-        return;
-    values_.insert(property, value);
+    {
+        QMutexLocker locker(&valuesLock_);
+        const QVariant old = values_.value(property);
+        if (old.isValid() == value.isValid() && old == value && old.typeId() == value.typeId())
+            return;
+        values_.insert(property, value);
+    }
     emit settingsChanged();
 }
 
 void PreferenceObject::loadUserPreferencesDefaults()
 {
-    for (const Setting &setting : settings_)
-        values_.insert(QLatin1String(setting.property), setting.defaultValue);
+    {
+        QMutexLocker locker(&valuesLock_);
+        for (const Setting &setting : settings_)
+            values_.insert(QLatin1String(setting.property), setting.defaultValue);
+    }
     emit settingsChanged();
 }
 
@@ -58,8 +70,11 @@ void PreferenceObject::readUserPreferences()
             resetUserPreferences();
             return;
         }
-        for (const Setting &setting : settings_)
-            values_.insert(QLatin1String(setting.property), fileValueOrDefault(file, setting));
+        {
+            QMutexLocker locker(&valuesLock_);
+            for (const Setting &setting : settings_)
+                values_.insert(QLatin1String(setting.property), fileValueOrDefault(file, setting));
+        }
         emit settingsChanged();
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
@@ -85,8 +100,11 @@ void PreferenceObject::resetUserPreferences()
 void PreferenceObject::writeUserPreferences() const
 {
     QVariantMap file;
-    for (const Setting &setting : settings_)
-        file.insert(QLatin1String(setting.key), values_.value(QLatin1String(setting.property)));
+    {
+        QMutexLocker locker(&valuesLock_);
+        for (const Setting &setting : settings_)
+            file.insert(QLatin1String(setting.key), values_.value(QLatin1String(setting.property)));
+    }
     // Built first, so a null setting throws even when there is nowhere to write.
     const QByteArray xml = PropertyList::toXml(file);
     writeFileAtomically(preferencesLocation(), xml);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMutex>
 #include <QObject>
 #include <QVariant>
 #include <QVariantMap>
@@ -12,7 +13,8 @@
 // copy: another object of the same class sees a saved change only after readUserPreferences().
 //
 // A setting whose key is missing from the file, or holds a value of another kind, takes its
-// default, which the next save writes into the file. Main thread.
+// default, which the next save writes into the file. Lives on the main thread, where its
+// settings are written; a setting may be read from any thread (the values are behind a lock).
 class PreferenceObject : public QObject
 {
     Q_OBJECT
@@ -33,7 +35,7 @@ public:
     virtual void saveUserPreferences();
     void resetUserPreferences();
 
-    QVariant setting(const QString &property) const { return values_.value(property); }
+    QVariant setting(const QString &property) const;
     void setSetting(const QString &property, const QVariant &value);
     bool isSettingNull(const QString &property) const { return !setting(property).isValid(); }
 
@@ -59,5 +61,6 @@ protected:
 
 private:
     const QList<Setting> settings_;
-    QVariantMap values_; // by property name
+    mutable QMutex valuesLock_;
+    QVariantMap values_; // by property name, behind valuesLock_
 };

@@ -27,12 +27,6 @@ private:
     bool lyricsHidden_ = false;
 };
 
-ProgramServiceFactory::FunctionPoolWindowMaker &functionPoolWindowMaker()
-{
-    static ProgramServiceFactory::FunctionPoolWindowMaker maker;
-    return maker;
-}
-
 } // namespace
 
 std::shared_ptr<TuneController> ProgramServiceFactory::createTuneController()
@@ -40,13 +34,7 @@ std::shared_ptr<TuneController> ProgramServiceFactory::createTuneController()
     return std::make_shared<PlaceholderTuneController>();
 }
 
-void ProgramServiceFactory::setFunctionPoolWindowMaker(FunctionPoolWindowMaker maker)
-{
-    functionPoolWindowMaker() = std::move(maker);
-}
-
 std::shared_ptr<FunctionPoolWindowController> ProgramServiceFactory::createFunctionPoolWindowController()
 {
-    const FunctionPoolWindowMaker &maker = functionPoolWindowMaker();
-    return maker ? maker(functionPoolWindowHooks) : nullptr;
+    return functionPoolWindowMaker ? functionPoolWindowMaker(functionPoolWindowHooks) : nullptr;
 }

@@ -189,15 +189,16 @@ struct FunctionPoolWindowHooks
 };
 
 // The factory of the program as far as it is built: a placeholder controller that is always
-// visible stands in for the status strip, and everything else is absent.
+// visible stands in for the status strip, and everything else is absent. Main thread; made and
+// filled in by the program's main.
 class ProgramServiceFactory : public ServiceFactory
 {
 public:
-    // The organizer window is made with widgets, which this module cannot see: the widget
-    // module installs its maker when it is linked into the program.
+    // The organizer window is made with widgets, which this module cannot see: the program
+    // sets the maker.
     using FunctionPoolWindowMaker =
         std::function<std::shared_ptr<FunctionPoolWindowController>(const FunctionPoolWindowHooks &hooks)>;
-    static void setFunctionPoolWindowMaker(FunctionPoolWindowMaker maker);
+    FunctionPoolWindowMaker functionPoolWindowMaker;
 
     // Set by the program once the application controller exists.
     FunctionPoolWindowHooks functionPoolWindowHooks;

@@ -1,5 +1,6 @@
 // orvane-cli: the command-line front end. Each command lives in a file of its own; this only
 // dispatches on the first argument.
+#include "additions/appcontext.h"
 #include "cli/librarycommand.h"
 #include "cli/organizecommand.h"
 #include "cli/servercommand.h"
@@ -13,6 +14,9 @@ int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("orvane-cli"));
+    // The composition root: what every part may reach without being handed it.
+    AppContext context;
+    context.install();
 
     QStringList arguments = application.arguments().mid(1);
     // Before any command, as the program does at launch: the server document is fetched afresh,
@@ -22,7 +26,7 @@ int main(int argc, char *argv[])
 
     const QHash<QString, std::function<int(const QStringList &)>> commands = {
         {QStringLiteral("library"), runLibraryCommand},
-        {QStringLiteral("organize"), runOrganizeCommand},
+        {QStringLiteral("organize"), [&context](const QStringList &rest) { return runOrganizeCommand(rest, context); }},
         {QStringLiteral("server"), [&download](const QStringList &rest) { return runServerCommand(rest, download); }},
     };
     const auto command = arguments.isEmpty() ? commands.constEnd()

@@ -1,5 +1,7 @@
 #include "cli/organizecommand.h"
 
+#include "additions/appcontext.h"
+
 #include "player/library/librarybackend.h"
 #include "pool/organizerun.h"
 
@@ -20,7 +22,7 @@ int usage(QTextStream &err, const QString &problem)
 
 } // namespace
 
-int runOrganizeCommand(const QStringList &arguments)
+int runOrganizeCommand(const QStringList &arguments, AppContext &context)
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
@@ -66,7 +68,7 @@ int runOrganizeCommand(const QStringList &arguments)
         err << "orvane-cli: " << library->openError() << "\n";
         return 1;
     }
-    PlayerBackends::setDefaultBackend(library);
+    context.setPlayerBackend(library);
     OrganizeRun run(out, err, [&library](const QList<ITunesTrack> &tracks) {
         QStringList persistentIDs;
         for (const ITunesTrack &track : tracks)
@@ -74,7 +76,7 @@ int runOrganizeCommand(const QStringList &arguments)
         library->setSelection(persistentIDs);
     });
     const int status = run.run(request);
-    PlayerBackends::setDefaultBackend(nullptr);
+    context.setPlayerBackend(nullptr);
     try {
         library->saveAll(); // and on to the disk
     } catch (const BridgeFailure &failure) {

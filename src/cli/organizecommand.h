@@ -2,6 +2,9 @@
 
 #include <QStringList>
 
+class AppContext;
+
 // "orvane-cli organize ...": lists the organizer's functions, describes one's settings, or runs
 // one over the library in $XDG_DATA_HOME/Orvane Library. Returns the exit status.
-int runOrganizeCommand(const QStringList &arguments);
+// The run's library becomes the context's player backend for the run.
+int runOrganizeCommand(const QStringList &arguments, AppContext &context);

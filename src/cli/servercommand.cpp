@@ -26,19 +26,14 @@ public:
     }
 };
 
-TextServerMessagesUi &textUi()
-{
-    static TextServerMessagesUi ui;
-    return ui;
-}
-
 } // namespace
 
 std::optional<int> refreshServerDocument(bool offline)
 {
     if (offline)
         return std::nullopt;
-    ServerMessages messages(textUi());
+    TextServerMessagesUi ui;
+    ServerMessages messages(ui);
     const int result = messages.checkRequestDownload();
     if (result == 0)
         QTextStream(stderr) << "orvane-cli: " << ov_localizedString(QStringLiteral("0003.0025"))
@@ -52,7 +47,8 @@ int runServerCommand(const QStringList &arguments, std::optional<int> download)
         QTextStream(stderr) << "usage: orvane-cli [--offline] server check\n";
         return 2;
     }
-    ServerMessages messages(textUi());
+    TextServerMessagesUi ui;
+    ServerMessages messages(ui);
     QJsonObject results;
     results.insert(QStringLiteral("download"), download ? QJsonValue(*download) : QJsonValue(QJsonValue::Null));
     results.insert(QStringLiteral("launch"), messages.checkApplicationLaunch());

@@ -1,27 +1,24 @@
 #include "player/apptodo.h"
 
+#include "additions/appcontext.h"
+
 #include "player/itunes.h"
 #include "player/runningapplication.h"
 
 #include <algorithm>
-#include <mutex>
 
 namespace {
 
-std::mutex hooksMutex;
-AppToDo::AutoLoveSource autoLoveSource;
-AppToDo::LovedScrobbler lovedScrobbler;
-
-AppToDo::AutoLoveSource currentAutoLoveSource()
+AppContext::AutoLoveSource currentAutoLoveSource()
 {
-    std::lock_guard lock(hooksMutex);
-    return autoLoveSource;
+    const AppContext *context = appContext();
+    return context ? context->autoLoveSource() : AppContext::AutoLoveSource();
 }
 
-AppToDo::LovedScrobbler currentLovedScrobbler()
+AppContext::LovedScrobbler currentLovedScrobbler()
 {
-    std::lock_guard lock(hooksMutex);
-    return lovedScrobbler;
+    const AppContext *context = appContext();
+    return context ? context->lovedScrobbler() : AppContext::LovedScrobbler();
 }
 
 } // namespace
@@ -38,7 +35,7 @@ bool AppToDo::isITunesRunning()
 
 bool AppToDo::openITunes()
 {
-    const PlayerBackendPtr backend = PlayerBackends::defaultBackend();
+    const PlayerBackendPtr backend = contextPlayerBackend();
     return backend && backend->launch();
 }
 
@@ -90,7 +87,7 @@ bool AppToDo::setRatingForThePlayingAlbum(qint64 rating)
 
 bool AppToDo::scrobbleLoved()
 {
-    const LovedScrobbler scrobbler = currentLovedScrobbler();
+    const AppContext::LovedScrobbler scrobbler = currentLovedScrobbler();
     if (!scrobbler.ready || !scrobbler.send || !scrobbler.ready())
         return false;
     if (RunningApplication::ov_iTunesIsPlayingBeats1())
@@ -104,24 +101,12 @@ bool AppToDo::scrobbleLoved()
 
 bool AppToDo::autoLoveUse()
 {
-    const AutoLoveSource source = currentAutoLoveSource();
+    const AppContext::AutoLoveSource source = currentAutoLoveSource();
     return source.use && source.use();
 }
 
 qint64 AppToDo::autoLoveValue()
 {
-    const AutoLoveSource source = currentAutoLoveSource();
+    const AppContext::AutoLoveSource source = currentAutoLoveSource();
     return source.value ? std::clamp<qint64>(source.value(), 0, 100) : 0;
-}
-
-void AppToDo::setAutoLoveSource(AutoLoveSource source)
-{
-    std::lock_guard lock(hooksMutex);
-    autoLoveSource = std::move(source);
-}
-
-void AppToDo::setLovedScrobbler(LovedScrobbler scrobbler)
-{
-    std::lock_guard lock(hooksMutex);
-    lovedScrobbler = std::move(scrobbler);
 }

@@ -34,8 +34,9 @@ public:
     // Tells Last.fm whether the playing track is loved. False without a ready scrobbler, while
     // Beats 1 plays or without a current track.
     static bool scrobbleLoved();
-    // The auto-love settings of the shared application preferences; false and 0 until the
-    // application installs its source. The value is clamped to 0 to 100.
+    // The auto-love settings the application gives the AppContext (so that this module needs
+    // neither the preferences nor the scrobbler, both living above it); false and 0 until it
+    // does. The value is clamped to 0 to 100.
     static bool autoLoveUse();
     static qint64 autoLoveValue();
 
@@ -79,20 +80,4 @@ public:
     // Flashes every screen white for a fifth of a second, blocking the caller meanwhile (the
     // event loop keeps turning); does nothing without a graphical application.
     static void flashDisplays();
-
-    // --- Hooks the application controller installs at start, so that this module needs
-    // neither the preferences nor the scrobbler (both live above it). Safe from any thread.
-    struct AutoLoveSource
-    {
-        std::function<bool()> use;     // prefUseAutoLove
-        std::function<qint64()> value; // prefUseAutoLoveValue
-    };
-    static void setAutoLoveSource(AutoLoveSource source);
-
-    struct LovedScrobbler
-    {
-        std::function<bool()> ready;           // a scrobbler exists and yourScrobbleState is 1
-        std::function<void(bool loved)> send;  // loveCurrentTrack or unloveCurrentTrack
-    };
-    static void setLovedScrobbler(LovedScrobbler scrobbler);
 };

@@ -86,7 +86,7 @@ double ITunesEQPreset::band(int number) const
 ITunesApplication ITunesApplication::initWithBundleIdentifier(const QString &bundleIdentifier)
 {
     Q_UNUSED(bundleIdentifier);
-    return withBackend(PlayerBackends::defaultBackend());
+    return withBackend(contextPlayerBackend());
 }
 
 ITunesApplication ITunesApplication::withBackend(PlayerBackendPtr backend)

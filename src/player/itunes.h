@@ -302,7 +302,7 @@ public:
     static constexpr ObjectClass kClass = ObjectClass::Application;
     using ScriptingObject::ScriptingObject;
 
-    // A connection to the process-wide backend (PlayerBackends::defaultBackend()); the
+    // A connection to the process-wide backend (the AppContext's player backend); the
     // identifier names the player ("com.apple.iTunes" is the only one there is).
     static ITunesApplication initWithBundleIdentifier(const QString &bundleIdentifier);
     // A connection to a given backend, for tests and for the backends themselves.

@@ -1,37 +1,15 @@
 #include "player/playerbackend.h"
 
-#include <mutex>
+#include "additions/appcontext.h"
 
-namespace {
-std::mutex defaultBackendMutex;
-PlayerBackendPtr defaultBackendInstance;
-PlayerBackendPtr libraryBackendInstance;
-} // namespace
-
-namespace PlayerBackends {
-
-void setDefaultBackend(PlayerBackendPtr backend)
+PlayerBackendPtr contextPlayerBackend()
 {
-    std::lock_guard lock(defaultBackendMutex);
-    defaultBackendInstance = std::move(backend);
+    const AppContext *context = appContext();
+    return context ? context->playerBackend() : nullptr;
 }
 
-PlayerBackendPtr defaultBackend()
+PlayerBackendPtr contextLibraryBackend()
 {
-    std::lock_guard lock(defaultBackendMutex);
-    return defaultBackendInstance;
+    const AppContext *context = appContext();
+    return context ? context->libraryBackend() : nullptr;
 }
-
-void setLibraryBackend(PlayerBackendPtr backend)
-{
-    std::lock_guard lock(defaultBackendMutex);
-    libraryBackendInstance = std::move(backend);
-}
-
-PlayerBackendPtr libraryBackend()
-{
-    std::lock_guard lock(defaultBackendMutex);
-    return libraryBackendInstance ? libraryBackendInstance : defaultBackendInstance;
-}
-
-} // namespace PlayerBackends

@@ -51,14 +51,9 @@ public:
 
 using PlayerBackendPtr = std::shared_ptr<PlayerBackend>;
 
-// The backend that new connections use. The program sets the composite at start; tests set an
-// in-memory player. Safe to call from any thread.
-namespace PlayerBackends {
-void setDefaultBackend(PlayerBackendPtr backend);
-PlayerBackendPtr defaultBackend();
-
-// The backend the organizer works on: the library alone, whose being open is what "running"
-// means there. Falls back to the default backend when none is set (tests, the command line).
-void setLibraryBackend(PlayerBackendPtr backend);
-PlayerBackendPtr libraryBackend();
-} // namespace PlayerBackends
+// The backend that new connections use (the composite in the program, an in-memory player in
+// tests), and the one the organizer works on (the library alone, whose being open is what
+// "running" means there; the player backend when none is set). Both are given by the
+// composition root through the AppContext; null without one. Safe from any thread.
+PlayerBackendPtr contextPlayerBackend();
+PlayerBackendPtr contextLibraryBackend();

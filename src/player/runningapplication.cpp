@@ -4,7 +4,7 @@
 
 PlayerBackendPtr RunningApplication::ov_iTunes()
 {
-    PlayerBackendPtr backend = PlayerBackends::defaultBackend();
+    PlayerBackendPtr backend = contextPlayerBackend();
     return backend && backend->isRunning() ? backend : nullptr;
 }
 

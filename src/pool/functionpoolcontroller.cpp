@@ -52,7 +52,7 @@ FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, QObject *
       myPreferences_(new FunctionPoolPreferences(this, this)),
       myFunctionPoolLog_(new FunctionPoolLog(this, myPreferences_, this)),
       myFunctionPoolErrorLog_(new FunctionPoolErrorLog(this, this)),
-      yourTunes_(ITunesApplication::withBackend(PlayerBackends::libraryBackend()))
+      yourTunes_(ITunesApplication::withBackend(contextLibraryBackend()))
 {
     yourTunes_.setDelegate(this);
     for (const PoolFunctionRegistry::Entry &entry : PoolFunctionRegistry::entries()) {
@@ -322,7 +322,7 @@ bool FunctionPoolController::poolFunctionLoop()
     yourLastErrorNo_ = 0;
     yourFailedTrackCount_ = 0;
 
-    const PlayerBackendPtr backend = PlayerBackends::libraryBackend();
+    const PlayerBackendPtr backend = contextLibraryBackend();
     if (backend) {
         // A file that changed behind the library's back is read again first, so the run works on
         // what the files hold; if that fails the run goes on with what the library has.

@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "qtprinting.h"
 
 #include "additions/notificationadditions.h"
@@ -16,7 +17,7 @@ struct Observer
 {
     explicit Observer(const QString &name)
     {
-        OVNotificationCenter::defaultCenter()->observe(
+        appContext()->notificationCenter().observe(
             name, &context, [this](const OVNotification &n) { received.append(n); });
     }
 

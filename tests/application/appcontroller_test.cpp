@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "application/appcontroller.h"
@@ -181,18 +182,19 @@ protected:
         player->makeDefault();
         prefs().readUserPreferences();
     }
-    static AppPreferences &prefs() { return *AppPreferences::sharedPreferences(); }
+    AppPreferences &prefs() { return preferences; }
     void startDefaultMode()
     {
         controller.launchInDefaultMode();
         ui.runTimers();
         log.clear();
     }
+    AppPreferences preferences;
     Log log;
     FakeUi ui{log};
     FakeFactory factory{log};
     MemoryPlayerPtr player = MemoryPlayer::create();
-    AppController controller{ui, factory};
+    AppController controller{*appContext(), ui, factory, prefs()};
 };
 
 TEST_F(AppControllerTest, RatingEchoOnlyRestartsTheReminder)
@@ -274,7 +276,7 @@ TEST_F(AppControllerTest, InvisibleControllerAtLaunchSkipsWindowsAndFirstScrobbl
         prefs().setPrefUseRatingNotifier(true);
         prefs().setPrefLaunchLyricsWindow(true);
         prefs().setPrefLaunchFunctionPool(true);
-        AppController launched(runUi, runFactory);
+        AppController launched(*appContext(), runUi, runFactory, prefs());
         launched.launchInDefaultMode();
         EXPECT_EQ(launched.yourTrackLyricsWindowController() != nullptr, visible);
         EXPECT_EQ(launched.yourFunctionPoolWindowController() != nullptr, visible);
@@ -298,7 +300,7 @@ TEST_F(AppControllerTest, ModeComesFromTheStoredValueOrTheAltKey)
         FakeFactory runFactory(runLog);
         runUi.altHeld = row.alt;
         {
-            AppController launched(runUi, runFactory);
+            AppController launched(*appContext(), runUi, runFactory, prefs());
             launched.awakeFromNib();
             EXPECT_EQ(launched.yourAppMode() == 2, row.mode == 2) << row.stored << row.alt;
             EXPECT_EQ(launched.yourTunes().isNull(), row.mode == 2);
@@ -347,7 +349,7 @@ TEST_F(AppControllerTest, ClosingTheOrganizerEndsOrganizeMode)
 {
     ui.altHeld = true;
     controller.awakeFromNib();
-    controller.killTargetWindow(2);
+    controller.killTargetWindow(AppWindow::FunctionPool);
     EXPECT_EQ(controller.yourFunctionPoolWindowController(), nullptr);
     ASSERT_EQ(ui.timers.size(), 2); // the next foreground step, then the quit
     ui.runTimers();

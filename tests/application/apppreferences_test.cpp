@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "additions/exceptionsink.h"
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
@@ -43,19 +44,22 @@ bool launchesAtLogin()
 
 } // namespace
 
-TEST(AppPreferences, OneInstanceForEveryThread)
+TEST(AppPreferences, MainThreadWritesAreSeenFromOtherThreads)
 {
-    auto fromThread = std::async(std::launch::async, [] { return AppPreferences::sharedPreferences(); });
-    AppPreferences *here = AppPreferences::sharedPreferences();
-    EXPECT_EQ(fromThread.get(), here);
+    AppPreferences preferences;
+    AppPreferences *here = &preferences;
     EXPECT_EQ(here->thread(), QCoreApplication::instance()->thread());
     EXPECT_DOUBLE_EQ(here->prefWindowFadeTimeIn(), 0.08);
     EXPECT_EQ(here->prefAppSupportParentLocation(), OVApplication::ov_applicationSupportDirectoryURLForVersion());
+    here->setPrefUseAutoLoveValue(35);
+    auto fromThread = std::async(std::launch::async, [here] { return here->prefUseAutoLoveValue(); });
+    EXPECT_EQ(fromThread.get(), 35);
 }
 
 TEST(AppPreferences, FirstReadWritesDefaultsThatPlistlibReads)
 {
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     preferences->readUserPreferences();
 
     QProcess python;
@@ -73,7 +77,8 @@ TEST(AppPreferences, DamagedFileGivesDefaultsAndAFreshSave)
 {
     const QByteArray damaged[] = {"", "not a property list", "<?xml version=\"1.0\"?><plist><dict><key>",
                                   PropertyList::toXml(QVariantList{1, 2}), PropertyList::toXml(QVariantMap{})};
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     for (const QByteArray &bytes : damaged) {
         QFile file(generalFile());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -93,16 +98,17 @@ TEST(AppPreferences, AMissingKeyTakesItsDefaultAndTheSaveWritesItKeepingTheOther
     stored.insert("UseHotkeyListener", true);
     ASSERT_TRUE(PropertyList::write(generalFile(), stored));
     int logged = 0;
-    ExceptionSink::setHandler([&](const OVException &) { ++logged; });
+    appContext()->setExceptionHandler([&](const OVException &) { ++logged; });
 
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     preferences->readUserPreferences();
     EXPECT_FALSE(preferences->isSettingNull("prefUseLastFM"));
     EXPECT_EQ(preferences->property("prefUseLastFM"), kDefaults.value("UseLastFM"));
     EXPECT_TRUE(preferences->prefUseHotkeyListener());
 
     preferences->saveUserPreferences();
-    ExceptionSink::setHandler({});
+    appContext()->setExceptionHandler({});
     EXPECT_EQ(logged, 0);
     EXPECT_TRUE(preferences->prefUseHotkeyListener());
     QVariantMap healed = kDefaults;
@@ -128,7 +134,8 @@ TEST(AppPreferences, LocationsByNumber)
 
 TEST(AppPreferences, NewShortVersionStartsFromAnEmptyTree)
 {
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     preferences->readUserPreferences();
     preferences->setPrefUseAutoLoveValue(30);
     preferences->saveUserPreferences();
@@ -148,7 +155,8 @@ TEST(AppPreferences, NewShortVersionStartsFromAnEmptyTree)
 
 TEST(AppPreferences, LoginItemFollowsModeAndLaunchSetting)
 {
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     preferences->saveUserPreferences();
     ASSERT_TRUE(launchesAtLogin());
 

@@ -36,7 +36,8 @@ bool oldTreeExists()
 
 TEST(PreferencesMigration, NothingToCarryOver)
 {
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     EXPECT_FALSE(preferences->deprecatedPreferencsConvert());
     EXPECT_FALSE(QFileInfo::exists(AppPreferences::locationToPreferences(4)));
 
@@ -65,7 +66,8 @@ TEST(PreferencesMigration, CarriesEveryFileOverOnceAndRewritesItsKeys)
     ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(2), QVariantMap{{"Mine", true}}));
     writeOld("Preferences/TrackLyricsWindow.plist", {{"Theirs", true}});
 
-    AppPreferences *preferences = AppPreferences::sharedPreferences();
+    AppPreferences own;
+    AppPreferences *preferences = &own;
     ASSERT_TRUE(preferences->deprecatedPreferencsConvert());
     EXPECT_FALSE(oldTreeExists());
 

@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "playertestsupport.h"
 
 #include "player/apptodo.h"
@@ -176,7 +177,7 @@ TEST_F(AutoLoveSettingsTest, NoCurrentTrackDoesNothing)
     }
     EXPECT_EQ(player->totalWriteCount(), 0);
 
-    PlayerBackends::setDefaultBackend(nullptr);
+    appContext()->setPlayerBackend(nullptr);
     EXPECT_TRUE(ITunesApplication::ov_currentTrack().isNull());
     EXPECT_FALSE(ITunesApplication::ov_setCurrentTrackRating(80));
 }
@@ -187,13 +188,13 @@ protected:
     void SetUp() override
     {
         MemoryPlayerTest::SetUp();
-        AppToDo::setLovedScrobbler({[this] { return scrobblerReady; },
+        appContext()->setLovedScrobbler({[this] { return scrobblerReady; },
                                     [this](bool loved) { sent.append(loved); }});
     }
     void TearDown() override
     {
-        AppToDo::setLovedScrobbler({});
-        AppToDo::setAutoLoveSource({});
+        appContext()->setLovedScrobbler({});
+        appContext()->setAutoLoveSource({});
         MemoryPlayerTest::TearDown();
     }
 
@@ -237,7 +238,7 @@ TEST_F(AppToDoLoveTest, ScrobbleLovedNeedsAReadyScrobblerAndAnOrdinaryTrack)
     EXPECT_TRUE(AppToDo::scrobbleLoved());
     EXPECT_EQ(sent, QList<bool>({true}));
 
-    AppToDo::setLovedScrobbler({});
+    appContext()->setLovedScrobbler({});
     EXPECT_FALSE(AppToDo::scrobbleLoved());
     EXPECT_TRUE(AppToDo::setLovedForThePlayingTrack(false));
 }
@@ -247,7 +248,7 @@ TEST_F(AppToDoLoveTest, AutoLoveAnswersComeFromTheInstalledSource)
     EXPECT_FALSE(AppToDo::autoLoveUse());
     EXPECT_EQ(AppToDo::autoLoveValue(), 0);
     qint64 value = 250;
-    AppToDo::setAutoLoveSource({[] { return true; }, [&value] { return value; }});
+    appContext()->setAutoLoveSource({[] { return true; }, [&value] { return value; }});
     EXPECT_TRUE(AppToDo::autoLoveUse());
     EXPECT_EQ(AppToDo::autoLoveValue(), 100);
     value = -3;

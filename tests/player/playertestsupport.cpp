@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "playertestsupport.h"
 
 #include "additions/ovapplication.h"
@@ -14,7 +15,7 @@ void MemoryPlayerTest::SetUp()
 
 void MemoryPlayerTest::TearDown()
 {
-    PlayerBackends::setDefaultBackend(nullptr);
+    appContext()->setPlayerBackend(nullptr);
 }
 
 void MemoryPlayerTest::writeAutoLove(bool use, const QVariant &value)

@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "playertestsupport.h"
 
 #include "player/apptodo.h"
@@ -66,7 +67,7 @@ TEST_F(RunningStateTest, RunningFollowsTheDefaultBackend)
     EXPECT_TRUE(AppToDo::isITunesRunning());
     EXPECT_EQ(player->launchCount(), 1);
 
-    PlayerBackends::setDefaultBackend(nullptr);
+    appContext()->setPlayerBackend(nullptr);
     EXPECT_FALSE(AppToDo::isITunesRunning());
     EXPECT_FALSE(AppToDo::openITunes());
 }

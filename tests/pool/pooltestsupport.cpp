@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "pooltestsupport.h"
 
 #include "pool/functionpoollog.h"
@@ -72,7 +73,7 @@ void PoolTest::TearDown()
         PoolFunctionRegistry::unregisterFunction(entry.number);
     for (const auto &entry : registeredBefore_)
         PoolFunctionRegistry::registerFunction(entry.number, entry.title, entry.factory);
-    PlayerBackends::setDefaultBackend(nullptr);
+    appContext()->setPlayerBackend(nullptr);
 }
 
 void PoolTest::makePool(QList<int> numbers)

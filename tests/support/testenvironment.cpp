@@ -1,7 +1,12 @@
 #include "testenvironment.h"
 
+#include "additions/appcontext.h"
+
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+
+#include <gtest/gtest.h>
 
 namespace {
 const QList<QByteArray> kVariables = {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
@@ -62,6 +67,40 @@ QString TestEnvironment::makeFolder(const QString &relativePath) const
     const QString path = root() + QLatin1Char('/') + relativePath;
     QDir().mkpath(path);
     return path;
+}
+
+namespace {
+
+class FreshEnvironmentPerTest : public ::testing::EmptyTestEventListener
+{
+public:
+    void OnTestStart(const ::testing::TestInfo &) override
+    {
+        environment_ = std::make_unique<TestEnvironment>();
+        context_ = std::make_unique<AppContext>();
+        context_->install();
+    }
+    void OnTestEnd(const ::testing::TestInfo &) override
+    {
+        // Queued calls of the finished case (deferred deletes, releases) run while its
+        // context and folders still exist.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+        context_.reset();
+        environment_.reset();
+    }
+
+private:
+    std::unique_ptr<TestEnvironment> environment_;
+    std::unique_ptr<AppContext> context_;
+};
+
+} // namespace
+
+void useFreshEnvironmentPerTest()
+{
+    // GoogleTest owns the listener from here on.
+    ::testing::UnitTest::GetInstance()->listeners().Append(new FreshEnvironmentPerTest);
 }
 
 QString sourceDirectory()

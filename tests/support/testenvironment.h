@@ -38,5 +38,11 @@ private:
     QList<QPair<QByteArray, QByteArray>> saved_;
 };
 
+// Gives every test case of the executable a fresh TestEnvironment and a fresh AppContext,
+// installed on the application object, from before the fixture is made until after it is gone,
+// so that no case sees what an earlier one left behind when the executable runs whole. Called
+// by the test mains after the application object exists.
+void useFreshEnvironmentPerTest();
+
 // The folder of the source tree, for test data shipped with it.
 QString sourceDirectory();

@@ -11,5 +11,6 @@ int main(int argc, char *argv[])
     TestEnvironment environment;
     QCoreApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
+    useFreshEnvironmentPerTest();
     return RUN_ALL_TESTS();
 }

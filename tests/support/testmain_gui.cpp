@@ -13,5 +13,6 @@ int main(int argc, char *argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
+    useFreshEnvironmentPerTest();
     return RUN_ALL_TESTS();
 }

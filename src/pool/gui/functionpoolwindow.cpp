@@ -198,7 +198,7 @@ void FunctionPoolWindow::clickFunctionNavigator(qint64 number)
         return;
     if (number == kStartPanel)
         setWindowTitle(text("0000.0001"));
-    const double seconds = AppPreferences::sharedPreferences()->prefViewFadeTime();
+    const double seconds = AppPreferences::kViewFadeTime;
     switchToFunctionView(number);
     if (seconds <= 0)
         return;

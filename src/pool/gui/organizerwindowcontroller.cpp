@@ -49,7 +49,7 @@ void OrganizerWindowController::openFunctionPoolMainWindow()
         frame.moveCenter(screen->availableGeometry().center());
         window_->move(frame.topLeft());
     }
-    const double seconds = AppPreferences::sharedPreferences()->prefWindowFadeTimeIn();
+    const double seconds = AppPreferences::kWindowFadeTimeIn;
     if (seconds > 0) {
         window_->setWindowOpacity(0);
         makeKeyAndOrderFront();
@@ -66,7 +66,7 @@ void OrganizerWindowController::closeFunctionPoolMainWindow()
         return;
     yourAllowWindowChanges_ = false;
     window_->functionPool()->myPreferences()->closeFunctionPool();
-    const double seconds = AppPreferences::sharedPreferences()->prefWindowFadeTimeOut();
+    const double seconds = AppPreferences::kWindowFadeTimeOut;
     if (seconds > 0)
         fadeWindow(seconds, 0);
     else

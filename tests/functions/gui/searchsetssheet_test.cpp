@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "functions/function0001.h"
@@ -57,7 +58,7 @@ protected:
         ASSERT_TRUE(sheet && QTest::qWaitFor([this] { return sheet->isVisible(); }));
     }
 
-    void TearDown() override { PlayerBackends::setDefaultBackend(nullptr); }
+    void TearDown() override { appContext()->setPlayerBackend(nullptr); }
 
     Function0001 *function() const { return static_cast<Function0001 *>(window->functionPool()->myFunction(1)); }
     SearchSetsModel *model() const { return function()->searchSetsModel(); }

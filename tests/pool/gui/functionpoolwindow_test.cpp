@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "pooltestsupport.h"
 
 #include "additions/localizedstrings.h"
@@ -59,7 +60,7 @@ protected:
     {
         window.reset();
         PoolFunctionRegistry::unregisterFunction(3);
-        PlayerBackends::setDefaultBackend(nullptr);
+        appContext()->setPlayerBackend(nullptr);
     }
 
     FunctionPoolController *pool() const { return window->functionPool(); }
@@ -226,7 +227,7 @@ TEST(OrganizerWindowControllerTest, ClosingTheWindowSavesFadesOutAndReportsToThe
         EXPECT_FALSE(controller.isWindowVisible());
     }
     EXPECT_EQ(killed, QList<int>({2}));
-    PlayerBackends::setDefaultBackend(nullptr);
+    appContext()->setPlayerBackend(nullptr);
 }
 
 } // namespace

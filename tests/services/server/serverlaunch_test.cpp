@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "application/appcontroller.h"
 #include "application/applicationui.h"
 #include "application/apppreferences.h"
@@ -47,12 +48,13 @@ protected:
         qputenv("ORVANE_SERVER_BASE_URL", server.baseUrl().toUtf8());
         // A system that is never supported: its alert marks the end of the launch jobs.
         qputenv("ORVANE_SUPPORTED_SYSTEMS", "none 0");
-        AppPreferences::sharedPreferences()->readUserPreferences();
+        preferences.readUserPreferences();
         QFile::remove(ServerMessages::cachePath());
         factory.appLinksMaker = [this] { return std::make_shared<ServerMessages>(serverUi); };
     }
     bool launchJobsDone() const { return ui.shown.contains("0003.0032"); }
 
+    AppPreferences preferences;
     MemoryPlayerPtr player = MemoryPlayer::create();
     LocalHttpServer server;
     LaunchUi ui;
@@ -65,7 +67,7 @@ protected:
 TEST_F(ServerLaunchTest, ASilentServerDelaysOnlyTheChecksAndLeavesNoCache)
 {
     server.respond("/3/request.php", ScriptedResponse::silent());
-    AppController controller(ui, factory);
+    AppController controller(*appContext(), ui, factory, preferences);
     QElapsedTimer clock;
     clock.start();
     controller.awakeFromNib();
@@ -84,7 +86,7 @@ TEST_F(ServerLaunchTest, ASilentServerDelaysOnlyTheChecksAndLeavesNoCache)
 TEST_F(ServerLaunchTest, ARefusingServerIsReported)
 {
     server.respond("/3/request.php", ScriptedResponse::text("<Orvane status=\"Maintenance\"/>"));
-    AppController controller(ui, factory);
+    AppController controller(*appContext(), ui, factory, preferences);
     controller.awakeFromNib();
     ASSERT_TRUE(waitUntil([&] { return launchJobsDone(); }));
     EXPECT_EQ(ui.shown, (QStringList{"0003.0025", "0003.0032"}));
@@ -97,7 +99,7 @@ TEST_F(ServerLaunchTest, AFalseRunStopsTheProgramAndAMissingOneLetsItRun)
                    ScriptedResponse::text("<Orvane status=\"OK\"><Launch><Run>false</Run><Title>Retired</Title>"
                                           "<Message>This version may no longer run.</Message></Launch></Orvane>"));
     {
-        AppController controller(ui, factory);
+        AppController controller(*appContext(), ui, factory, preferences);
         controller.awakeFromNib();
         ASSERT_TRUE(waitUntil([&] { return ui.quit_; }));
         EXPECT_EQ(serverUi.alerts, QStringList{"Retired|This version may no longer run.|0002.0001"});
@@ -106,7 +108,7 @@ TEST_F(ServerLaunchTest, AFalseRunStopsTheProgramAndAMissingOneLetsItRun)
     ui.quit_ = false;
     ui.shown.clear();
     server.respond("/3/request.php", ScriptedResponse::text("<Orvane status=\"OK\"><Launch/></Orvane>"));
-    AppController controller(ui, factory);
+    AppController controller(*appContext(), ui, factory, preferences);
     controller.awakeFromNib();
     ASSERT_TRUE(waitUntil([&] { return launchJobsDone(); }));
     EXPECT_EQ(serverUi.alerts.size(), 1);

@@ -1,3 +1,4 @@
+#include "additions/appcontext.h"
 #include "player/memoryplayer.h"
 
 #include "player/playervalues.h"
@@ -295,7 +296,7 @@ ITunesApplication MemoryPlayer::application(ScriptingBridgeDelegate *delegate)
 
 void MemoryPlayer::makeDefault()
 {
-    PlayerBackends::setDefaultBackend(std::static_pointer_cast<PlayerBackend>(shared_from_this()));
+    appContext()->setPlayerBackend(std::static_pointer_cast<PlayerBackend>(shared_from_this()));
 }
 
 MemoryObjectPtr MemoryPlayer::newObject(ObjectClass objectClass, const MemoryProperties &properties)
