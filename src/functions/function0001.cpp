@@ -85,18 +85,18 @@ void Function0001::setYourSearchMode(qint64 mode)
     emit yourSearchModeChanged();
 }
 
-qint64 Function0001::doMyFunctionCheck()
+PoolFunctionAnswer Function0001::doMyFunctionCheck()
 {
     if (yourSearchText.isEmpty() && yourReplaceText.isEmpty()
         && (!yourSearchSetSearch || yourSearchSets().isEmpty()))
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     for (const SearchTag &tag : searchTags())
         if (this->*tag.chosen)
-            return 1;
-    return -1;
+            return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
-qint64 Function0001::doMyFunctionPre()
+PoolFunctionAnswer Function0001::doMyFunctionPre()
 {
     const SearchSet panelSet{yourSearchText, yourReplaceText, yourIgnoreCase ? 1 : 0, yourSearchMode_};
     yourSearchSetsCurrentRun_ = yourSearchSetSearch ? yourSearchSets() : QList<SearchSet>();
@@ -104,7 +104,7 @@ qint64 Function0001::doMyFunctionPre()
     if (myFunctionPool())
         setWordCharacters(myFunctionPool()->myPreferences()->prefWordText());
     wordListBuildCount_ = 0;
-    return 1;
+    return PoolStep::GoOn;
 }
 
 void Function0001::doMyFunctionMain(const ITunesTrack &track)

@@ -42,8 +42,8 @@ class Function0001 : public PoolFunction
 public:
     explicit Function0001(FunctionPoolController *pool, QObject *parent = nullptr);
 
-    qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     void doMyFunctionEnd() override;
     PanelDescription panelDescription() const override;

@@ -63,15 +63,15 @@ Function0002::Function0002(FunctionPoolController *pool, QObject *parent)
 {
 }
 
-qint64 Function0002::doMyFunctionCheck()
+PoolFunctionAnswer Function0002::doMyFunctionCheck()
 {
     for (const CaseTag &tag : caseTags())
         if (this->*tag.flag)
-            return 1;
-    return -1;
+            return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
-qint64 Function0002::doMyFunctionPre()
+PoolFunctionAnswer Function0002::doMyFunctionPre()
 {
     yourUpperItemsCurrentRun_ = QString();
     if (yourUpperItemsDo_)
@@ -91,7 +91,7 @@ qint64 Function0002::doMyFunctionPre()
     case 4: yourSel_ = &Function0002::lowerOf; break;
     default: break;
     }
-    return 1;
+    return PoolStep::GoOn;
 }
 
 void Function0002::doMyFunctionMain(const ITunesTrack &track)

@@ -41,8 +41,8 @@ public:
 
     explicit Function0002(FunctionPoolController *pool, QObject *parent = nullptr);
 
-    qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     void doMyFunctionEnd() override;
     PanelDescription panelDescription() const override;

@@ -31,9 +31,11 @@ void Function0011::setYourCountTracks(bool on)
     emit settingsChanged();
 }
 
-qint64 Function0011::doMyFunctionCheck()
+PoolFunctionAnswer Function0011::doMyFunctionCheck()
 {
-    return yourCountTracks_ || yourCountDiscs_ ? 1 : -1;
+    if (yourCountTracks_ || yourCountDiscs_)
+        return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
 void Function0011::doMyFunctionMain(const ITunesTrack &track)

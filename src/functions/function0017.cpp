@@ -84,7 +84,7 @@ void Function0017::setYourOptionChoosen(qint64 option)
     emit optionChanged();
 }
 
-qint64 Function0017::doMyFunctionCheck()
+PoolFunctionAnswer Function0017::doMyFunctionCheck()
 {
     yourSel_ = nullptr;
     switch (yourOptionChoosen_) {
@@ -96,30 +96,30 @@ qint64 Function0017::doMyFunctionCheck()
         else if (yourTrackInfoOption_ == kFileSize)
             yourSel_ = &Function0017::runFileSizeToTag;
         else
-            return 0;
+            return PoolStep::Stop;
         yourPerformOn_ = yourPerformOnTrackInfo_;
-        return 1;
+        return PoolStep::GoOn;
     case 2:
         if (yourNumberTracksStartValue_ < 1)
-            return -2;
+            return PoolAlertCode::ContradictorySettings;
         yourSel_ = &Function0017::runNumnberTracks;
         yourNumberTracksStartValueCurrentRun_ = yourNumberTracksStartValue_;
-        return 1;
+        return PoolStep::GoOn;
     case 3:
         if (!anyChosen(deleteTagChoices()))
-            return -1;
+            return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0017::runDeleteTag;
-        return 1;
+        return PoolStep::GoOn;
     case 4:
         if (!anyChosen(removeSpacesTagChoices()))
-            return -1;
+            return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0017::runRemoveSpaces;
-        return 1;
+        return PoolStep::GoOn;
     case 5:
         yourSel_ = &Function0017::runSetAlbumArtist;
-        return 1;
+        return PoolStep::GoOn;
     default:
-        return 0;
+        return PoolStep::Stop;
     }
 }
 

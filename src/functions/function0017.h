@@ -77,7 +77,7 @@ public:
     bool enableDeleteTags() const { return yourOptionChoosen_ == 3; }
     bool enableRemoveSpaces() const { return yourOptionChoosen_ == 4; }
 
-    qint64 doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 

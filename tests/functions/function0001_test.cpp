@@ -157,19 +157,19 @@ TEST_F(SearchReplaceTest, AnInvalidPatternIsOneErrorPerTrack)
 TEST_F(SearchReplaceTest, CheckRefusesRunsWithoutTagsOrTexts)
 {
     Function0001 *f = searchReplace();
-    EXPECT_EQ(f->doMyFunctionCheck(), 1);
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolStep::GoOn);
     f->yourSearchText.clear();
     f->yourReplaceText.clear();
-    EXPECT_EQ(f->doMyFunctionCheck(), -1) << "no texts and no saved sets";
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolAlertCode::IncompleteSettings) << "no texts and no saved sets";
     f->searchSetsModel()->setSearchSets({{"a", "b", 1, 1}});
-    EXPECT_EQ(f->doMyFunctionCheck(), 1) << "the saved sets carry the run";
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolStep::GoOn) << "the saved sets carry the run";
     f->yourSearchSetSearch = false;
-    EXPECT_EQ(f->doMyFunctionCheck(), -1);
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolAlertCode::IncompleteSettings);
     f->yourReplaceText = "x";
     f->deselectAllTags();
-    EXPECT_EQ(f->doMyFunctionCheck(), -1) << "no tag chosen";
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolAlertCode::IncompleteSettings) << "no tag chosen";
     f->yourEpisodenID = true;
-    EXPECT_EQ(f->doMyFunctionCheck(), 1);
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolStep::GoOn);
 }
 
 TEST_F(SearchReplaceTest, SettingsAndTheDerivedCaseSwitchAreReachableByName)

@@ -34,7 +34,7 @@ protected:
         runFunction(number);
         QList<qint64> codes;
         for (const PoolAlert &alert : frontEnd.alerts)
-            codes.append(alert.code);
+            codes.append(qint64(alert.code));
         return codes;
     }
 
