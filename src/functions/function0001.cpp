@@ -175,7 +175,7 @@ QString Function0001::runSearchReplace(const QString &tagText)
     if (text == tagText)
         return {};
     if (myFunctionPool())
-        myFunctionPool()->setYourLogNo(1);
+        myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     return text.isNull() ? QStringLiteral("") : text;
 }
 

@@ -116,7 +116,7 @@ std::optional<QString> Function0002::runChangeCase(const QString &text)
         removeUnnecessarySpaces(result);
     if (result == text)
         return std::nullopt;
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     return result;
 }
 

@@ -39,7 +39,7 @@ PoolFunctionAnswer Function0007::doMyFunctionCheck()
 void Function0007::writePart(const ITunesTrack &track, qint64 tag, const QString &part) const
 {
     AppToDo::pushTrackTag(track, tag, part);
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0007::doMyFunctionMain(const ITunesTrack &track)

@@ -57,7 +57,7 @@ void Function0009::doMyFunctionMain(const ITunesTrack &track)
         AppToDo::pushTrackTag(track, yourTag1, first);
         AppToDo::pushTrackTag(track, yourTag2, second);
     }
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 PanelDescription Function0009::panelDescription() const

@@ -67,11 +67,11 @@ void Function0010::doMyFunctionMain(const ITunesTrack &track)
         else if (source == album)
             throwRenameRefusal(renamed.reason);
         follower_.folderDidMove(album, source);
-        myFunctionPool()->setYourLogNo(1);
+        myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     }
     if (yourWriteToComment) {
         track.setComment(lastPathComponent(target));
-        myFunctionPool()->setYourLogNo(1);
+        myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     }
 }
 

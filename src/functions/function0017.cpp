@@ -139,7 +139,7 @@ QString Function0017::shortenedTrackInfo(const QString &text)
 void Function0017::pushTrackInfo(const ITunesTrack &track, const QString &text)
 {
     AppToDo::pushTrackTag(track, yourPerformOn_, text);
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0017::runFileNameToTag(const ITunesTrack &track)
@@ -161,7 +161,7 @@ void Function0017::runFileSizeToTag(const ITunesTrack &track)
 void Function0017::runNumnberTracks(const ITunesTrack &track)
 {
     track.setTrackNumber(yourNumberTracksStartValueCurrentRun_++);
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0017::runDeleteTag(const ITunesTrack &track)
@@ -170,7 +170,7 @@ void Function0017::runDeleteTag(const ITunesTrack &track)
     for (const TagChoice &choice : deleteTagChoices())
         if (this->*choice.enabled)
             AppToDo::pushTrackTag(track, choice.tag, QString());
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0017::runRemoveSpaces(const ITunesTrack &track)
@@ -190,7 +190,7 @@ QString Function0017::runRemoveSpacesSub(const QString &text)
     removeUnnecessarySpaces(tidied);
     if (tidied == text)
         return {};
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     return tidied;
 }
 
@@ -198,7 +198,7 @@ void Function0017::runSetAlbumArtist(const ITunesTrack &track)
 {
     // A compilation is named after its album on purpose.
     track.setAlbumArtist(track.compilation() ? track.album() : track.artist());
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 bool Function0017::anyChosen(const QList<TagChoice> &choices) const

@@ -114,7 +114,7 @@ void Function0018::doMyFunctionMain(const ITunesTrack &track)
         }
         track.duplicateTo(found);
     }
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0018::doMyFunctionEnd()

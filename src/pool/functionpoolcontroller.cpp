@@ -402,11 +402,11 @@ QString FunctionPoolController::trackInfoText(const ITunesTrack &track, const QS
 void FunctionPoolController::poolFunctionPerformOnTrack(const ITunesTrack &track, qint64 counter)
 {
     if (track.as<ITunesFileTrack>().location().isEmpty()) {
-        yourLogNo_ = 5;
+        yourLogNo_ = TrackLogState::NoLocation;
         myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, kNoLocationPath));
         return;
     }
-    yourLogNo_ = 0;
+    yourLogNo_ = TrackLogState::Unchanged;
     QString infoText;
     beginTrack();
     try {
@@ -414,12 +414,12 @@ void FunctionPoolController::poolFunctionPerformOnTrack(const ITunesTrack &track
         // Saved even after a failed write, so that the file and the library agree on the rest.
         track.saveTags();
         if (endTrack())
-            yourLogNo_ = -1;
+            yourLogNo_ = TrackLogState::Error;
         infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
     } catch (const std::exception &exception) {
         if (!endTrack())
             ++yourFailedTrackCount_;
-        yourLogNo_ = -1;
+        yourLogNo_ = TrackLogState::Error;
         myFunctionPoolErrorLog_->addErrorLogEntry(exception);
         infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
     } catch (...) {
@@ -449,7 +449,7 @@ void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64
         track.saveTags();
         // These functions log their own entries; a failed write adds the track's error.
         if (endTrack()) {
-            yourLogNo_ = -1;
+            yourLogNo_ = TrackLogState::Error;
             myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_,
                                             trackInfoText(track, track.as<ITunesFileTrack>().location()));
         }
@@ -457,12 +457,12 @@ void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64
         const bool writeFailed = endTrack();
         QString path = track.as<ITunesFileTrack>().location();
         if (!path.isEmpty()) {
-            yourLogNo_ = -1;
+            yourLogNo_ = TrackLogState::Error;
             if (!writeFailed)
                 ++yourFailedTrackCount_;
             myFunctionPoolErrorLog_->addErrorLogEntry(exception);
         } else {
-            yourLogNo_ = 5;
+            yourLogNo_ = TrackLogState::NoLocation;
             path = kNoLocationPath;
         }
         myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, path));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "player/itunes.h"
+#include "pool/functionpoollog.h"
 #include "pool/poolfrontend.h"
 
 #include <QMap>
@@ -10,8 +11,6 @@
 #include <mutex>
 #include <thread>
 
-class FunctionPoolErrorLog;
-class FunctionPoolLog;
 class FunctionPoolPreferences;
 class PoolFunction;
 enum class PoolStep : qint64;
@@ -64,13 +63,13 @@ public:
     PoolTrackSet yourCurrentFunctionTyp() const { return yourCurrentFunctionTyp_; }
     bool yourCurrentFunctionCancel() const { return yourCurrentFunctionCancel_; }
     qint64 yourLastErrorNo() const { return yourLastErrorNo_; }
-    qint64 yourLogNo() const { return yourLogNo_; }
-    // Tracks of the last run that ended in an error (state -1).
+    TrackLogState yourLogNo() const { return yourLogNo_; }
+    // Tracks of the last run that ended in an error (TrackLogState::Error).
     qint64 yourFailedTrackCount() const { return yourFailedTrackCount_; }
     // Worker thread, within doMyFunctionMain: whether a write, save or move of the track under
     // way has failed so far (the track then ends as an error whatever the function says).
     bool currentTrackFailed() const;
-    void setYourLogNo(qint64 changeState) { yourLogNo_ = changeState; }
+    void setYourLogNo(TrackLogState changeState) { yourLogNo_ = changeState; }
     const ITunesApplication &yourTunes() const { return yourTunes_; }
     RunState runState() const { return runState_; }
 
@@ -157,7 +156,7 @@ private:
     PoolTrackSet yourCurrentFunctionTyp_ = PoolTrackSet::None;
     std::atomic<bool> yourCurrentFunctionCancel_{false};
     std::atomic<qint64> yourLastErrorNo_{0};
-    qint64 yourLogNo_ = 0; // worker only
+    TrackLogState yourLogNo_ = TrackLogState::Unchanged; // worker only
     std::atomic<qint64> yourFailedTrackCount_{0};
     // Failed writes reported by the bridge while a track is under way on the worker.
     struct TrackFailure

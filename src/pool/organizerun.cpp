@@ -193,8 +193,8 @@ int OrganizeRun::run(const OrganizeRequest &request)
     prepareTrackSet(pool, request);
 
     QObject::connect(pool.myFunctionPoolLog(), &FunctionPoolLog::logEntryAdded,
-                     [this](qint64 state, const QString &info) {
-                         out_ << "{\"state\": " << state << ", \"info\": " << jsonString(info) << "}\n";
+                     [this](TrackLogState state, const QString &info) {
+                         out_ << "{\"state\": " << qint64(state) << ", \"info\": " << jsonString(info) << "}\n";
                          out_.flush();
                      });
     QObject::connect(pool.myFunctionPoolErrorLog(), &FunctionPoolErrorLog::errorLogEntryAdded,

@@ -38,8 +38,8 @@ private:
 
 // Base of the numbered organizer functions. A function validates its settings, prepares a run,
 // handles one track at a time and finishes; it tells the engine what happened to a track only
-// through myFunctionPool()->setYourLogNo(TrackLogState::Changed) and by letting an exception pass. Threads, progress
-// and logs are the engine's business.
+// through myFunctionPool()->setYourLogNo(TrackLogState::Changed) and by letting an exception
+// pass. Threads, progress and logs are the engine's business.
 //
 // Settings are Q_PROPERTYs of the subclass under their own names, so that panels bind to them
 // and orvane-cli sets them by name. Lives on the main thread; doMyFunctionMain and

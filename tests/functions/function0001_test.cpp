@@ -94,7 +94,7 @@ TEST_F(SearchReplaceTest, EachModeFindsAndReplacesAsItsRuleSays)
         EXPECT_EQ(runOnName(c.tag), c.expected) << c.what;
         const bool changed = c.expected != c.tag;
         EXPECT_EQ(player->writeCount(Prop::name), changed ? 1 : 0) << c.what;
-        EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(changed ? 1 : 0)) << c.what;
+        EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(changed ? TrackLogState::Changed : TrackLogState::Unchanged)) << c.what;
     }
 }
 
@@ -112,7 +112,7 @@ TEST_F(SearchReplaceTest, TidiedSpacesAloneCountAsAChange)
 {
     setPanel(1, true, "nowhere", "x");
     EXPECT_EQ(runOnName(" A  B "), "A B");
-    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(1));
+    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(TrackLogState::Changed));
 
     searchReplace()->yourRemoveSpaces = false;
     EXPECT_EQ(runOnName(" A  B "), " A  B ");
@@ -151,7 +151,7 @@ TEST_F(SearchReplaceTest, AnInvalidPatternIsOneErrorPerTrack)
     EXPECT_EQ(pool->myFunctionPoolErrorLog()->yourErrorLogEntries().size(), 3);
     for (const MemoryObjectPtr &track : tracks)
         EXPECT_TRUE(track->stored(Prop::name).toString().startsWith("Track"));
-    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(-1));
+    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(TrackLogState::Error));
 }
 
 TEST_F(SearchReplaceTest, CheckRefusesRunsWithoutTagsOrTexts)

@@ -177,7 +177,7 @@ TEST_F(PoolTest, FailuresOnOneTrackGoToBothLogsWhileTheRunGoesOn)
     MemoryPlayer *memory = player.get();
     function(3)->onTrack = [this, memory, tracks](const ITunesTrack &track) {
         if (track.name() == "Track 1")
-            pool->setYourLogNo(1);
+            pool->setYourLogNo(TrackLogState::Changed);
         if (track.name() == "Track 2")
             throw OVException("TestException", "no good");
         if (track.name() == "Track 3")
@@ -204,7 +204,7 @@ TEST_F(PoolTest, AFailedWriteMakesItsTrackAnErrorNeverAChange)
     function(3)->onTrack = [this](const ITunesTrack &track) {
         track.genre();
         track.setComment("new");
-        pool->setYourLogNo(1);
+        pool->setYourLogNo(TrackLogState::Changed);
     };
     player->injectFailure(Prop::comment, MemoryPlayer::Access::Write, 1, tracks.at(1));
     // A failed read is the function's business, not the track's error.

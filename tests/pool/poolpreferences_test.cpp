@@ -107,7 +107,7 @@ TEST_F(PoolTest, LogStatesPickIconsAndFiltersDropOnlyStatesZeroAndOne)
     preferences->setPrefLogUnchangedTracks(false);
     FunctionPoolLog *log = pool->myFunctionPoolLog();
     for (qint64 state = -2; state <= 7; ++state)
-        log->addLogEntry({}, 0, state, QString::number(state));
+        log->addLogEntry({}, 0, TrackLogState(state), QString::number(state));
     QStringList lines;
     for (const QVariantMap &entry : log->yourLogEntries())
         lines.append(entry.value("InfoText").toString() + " " + entry.value("Icon").toString());
@@ -116,7 +116,7 @@ TEST_F(PoolTest, LogStatesPickIconsAndFiltersDropOnlyStatesZeroAndOne)
                                   "4 OVImageStatusLogChanged", "5 OVImageStatusLogMissing",
                                   "6 OVImageStatusLogAdded", "7 OVImageStatusLogError"}));
     preferences->setPrefLogChangedTracks(true);
-    log->addLogEntry({}, 0, 1, "changed");
+    log->addLogEntry({}, 0, TrackLogState::Changed, "changed");
     EXPECT_EQ(log->rowCount(), 9);
 }
 
@@ -125,9 +125,9 @@ TEST_F(PoolTest, RevealShowsTheFileOfTheLastSelectedRowIfItExists)
     makePool();
     const QString existing = pool->myPreferences()->prefAppSupportLocationTmp();
     FunctionPoolLog *log = pool->myFunctionPoolLog();
-    log->addLogEntry({}, 0, 0, "A - B\n" + existing);
-    log->addLogEntry({}, 1, 5, "A - C\n.../... ?");
-    log->addLogEntry({}, 2, 0, existing);
+    log->addLogEntry({}, 0, TrackLogState::Unchanged, "A - B\n" + existing);
+    log->addLogEntry({}, 1, TrackLogState::NoLocation, "A - C\n.../... ?");
+    log->addLogEntry({}, 2, TrackLogState::Unchanged, existing);
     log->revealItem({});
     log->revealItem({0, 1});
     EXPECT_TRUE(frontEnd.revealed.isEmpty());

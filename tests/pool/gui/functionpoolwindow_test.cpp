@@ -169,7 +169,7 @@ TEST_F(FunctionPoolWindowTest, LogSheetListsTheRunAndOpensAfterItWhenAsked)
     function()->onTrack = [&](const ITunesTrack &track) {
         if (track.name() == "Track 2")
             throw OVException("TestFailure", "broken tag");
-        pool()->setYourLogNo(1);
+        pool()->setYourLogNo(TrackLogState::Changed);
     };
     window->clickFunctionNavigator(3);
     window->clickFunctionRun();
