@@ -311,7 +311,7 @@ TEST_F(PoolTest, TheServerGateStopsARunBeforeTheFunctionIsAsked)
 {
     addSelectedTracks(1);
     makePool();
-    QFile document(AppPreferences::locationToPreferences(5));
+    QFile document(AppPreferences::locationToPreferences(PreferenceLocation::ServerDocument));
     ASSERT_TRUE(document.open(QIODevice::WriteOnly));
     document.write("<r><FunctionPool><Functions><Function><ID>3</ID><Run>no</Run>"
                    "<Message>Function 3 is resting</Message></Function></Functions></FunctionPool></r>");
