@@ -135,8 +135,8 @@ void AppController::doLaunchJobs()
     // system check.
     const std::shared_ptr<AppLinks> links = yourAppLinks_;
     if (links) {
-        const int result = links->checkRequestDownload();
-        if (result == 0)
+        const ServerDownload result = links->checkRequestDownload();
+        if (result == ServerDownload::Refused)
             onMainThreadWaiting([this] { doLaunchErrorMessage(); });
         else
             onMainThreadWaiting([this] { doLaunchCheck(); });
@@ -165,7 +165,7 @@ void AppController::doLaunchCheck()
 {
     if (!yourAppLinks_)
         return;
-    if (yourAppLinks_->checkApplicationLaunch() == 0)
+    if (yourAppLinks_->checkApplicationLaunch() == ServerLaunch::Stop)
         chooseOptionTerminate();
     else
         yourAppLinks_->checkApplicationUpdate();
@@ -568,7 +568,7 @@ void AppController::chooseOptionTwitter()
 
 void AppController::chooseOptionUpdate()
 {
-    if (yourAppLinks_ && yourAppLinks_->checkApplicationUpdate() != 0)
+    if (yourAppLinks_ && yourAppLinks_->checkApplicationUpdate() != ServerUpdate::None)
         return;
     ui_.activateApplication();
     ui_.showAlert(QStringLiteral("0003.0021"), QStringLiteral("0002.0001"), QStringLiteral("0003.0022"));

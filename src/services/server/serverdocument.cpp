@@ -133,22 +133,22 @@ LaunchDecision evaluateLaunch(const QByteArray &document)
 {
     const Document parsed(document);
     if (!parsed.isReadable())
-        return {-1, {}};
+        return {ServerLaunch::Unreadable, {}};
     const std::optional<QString> run = parsed.text("Launch/Run");
     if (!run || boolValue(*run))
-        return {1, {}};
-    return {0, parsed.alert("Launch")};
+        return {ServerLaunch::Run, {}};
+    return {ServerLaunch::Stop, parsed.alert("Launch")};
 }
 
 UpdateDecision evaluateUpdate(const QByteArray &document, const QString &runningVersion)
 {
     const Document parsed(document);
     if (!parsed.isReadable())
-        return {-1, {}};
+        return {ServerUpdate::Unreadable, {}};
     const std::optional<QString> announced = parsed.text("Update/Version");
     if (!announced)
-        return {0, {}};
+        return {ServerUpdate::None, {}};
     if (compareText(runningVersion, announced->trimmed(), SearchOption::Numeric) != ComparisonResult::OrderedAscending)
-        return {0, {}};
-    return {1, parsed.alert("Update")};
+        return {ServerUpdate::None, {}};
+    return {ServerUpdate::Announced, parsed.alert("Update")};
 }

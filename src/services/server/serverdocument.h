@@ -1,5 +1,7 @@
 #pragma once
 
+#include "application/services.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -39,21 +41,20 @@ struct ServerAlert
     bool opensURL() const;
 };
 
-// Launch/Run: 1 this version may start, 0 it must stop (with the alert), -1 the document is
-// unreadable. A missing Run lets it start; an empty one reads as false.
+// Launch/Run: Stop comes with the document's alert. A missing Run lets this version start; an
+// empty one reads as false.
 struct LaunchDecision
 {
-    int result = 1;
+    ServerLaunch result = ServerLaunch::Run;
     ServerAlert alert;
 };
 LaunchDecision evaluateLaunch(const QByteArray &document);
 
 // Update/Version against the running short version, compared by the value of their numbers
-// ("3.10" is newer than "3.9"): 1 a newer version is announced (with the alert), 0 nothing to
-// announce, -1 the document is unreadable.
+// ("3.10" is newer than "3.9"); Announced comes with the document's alert.
 struct UpdateDecision
 {
-    int result = 0;
+    ServerUpdate result = ServerUpdate::None;
     ServerAlert alert;
 };
 UpdateDecision evaluateUpdate(const QByteArray &document, const QString &runningVersion);
