@@ -184,7 +184,7 @@ void AppController::doSystemCheck()
             return;
     ui_.showStandardAlert(QStringLiteral("0003.0032"));
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 5);
+        yourAppLinks_->openWebsite({}, WebsiteOption::UnsupportedSystem);
 }
 
 void AppController::launchInDefaultMode()
@@ -199,12 +199,12 @@ void AppController::launchInDefaultMode()
 
     if (AppToDo::isITunesRunning()) {
         if (yourAppLinks_)
-            yourAppLinks_->openAffLinkWithOption(2);
+            yourAppLinks_->openAffLinkWithOption(AffiliateOption::PlayerAlreadyRunning);
         currentTrackActionRun();
     } else if (preferences().prefLaunchYourTunes()) {
         AppToDo::openITunes();
         if (yourAppLinks_)
-            yourAppLinks_->openAffLinkWithOption(1);
+            yourAppLinks_->openAffLinkWithOption(AffiliateOption::PlayerStartedInDefaultMode);
     }
 
     if (preferences().prefUseRatingNotifier())
@@ -247,7 +247,7 @@ void AppController::launchInOrganizeMode()
     if (!AppToDo::isITunesRunning()) {
         AppToDo::openITunes();
         if (yourAppLinks_)
-            yourAppLinks_->openAffLinkWithOption(3);
+            yourAppLinks_->openAffLinkWithOption(AffiliateOption::PlayerStartedInOrganizeMode);
     }
     transformProcessWorkaroundA();
 }
@@ -515,7 +515,7 @@ void AppController::clickNavigationMenuVisitLastFM()
     const QString page = site.scheme() + QStringLiteral("://") + site.authority() + QStringLiteral("/user/")
                          + QString::fromUtf8(QUrl::toPercentEncoding(userName));
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite(page, 4);
+        yourAppLinks_->openWebsite(page, WebsiteOption::LastFmUser);
 }
 
 void AppController::chooseOptionPreferences()
@@ -545,25 +545,25 @@ void AppController::openPreferencesWindowWithTargetView(int view)
 void AppController::chooseOptionHelp()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 3);
+        yourAppLinks_->openWebsite({}, WebsiteOption::Help);
 }
 
 void AppController::chooseOptionSupportProject()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 1);
+        yourAppLinks_->openWebsite({}, WebsiteOption::Support);
 }
 
 void AppController::chooseOptionFeedback()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 2);
+        yourAppLinks_->openWebsite({}, WebsiteOption::Feedback);
 }
 
 void AppController::chooseOptionTwitter()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 6);
+        yourAppLinks_->openWebsite({}, WebsiteOption::SocialProfile);
 }
 
 void AppController::chooseOptionUpdate()

@@ -160,6 +160,23 @@ enum class ServerUpdate {
     Announced = 1, // the document's alert was shown
 };
 
+// The pages of the server's link address, by the number it is sent with.
+enum class WebsiteOption {
+    None = 0, // the link address without a page (or the address given)
+    Support = 1, // support the project
+    Feedback = 2,
+    Help = 3,
+    LastFmUser = 4, // a Last.fm user page
+    UnsupportedSystem = 5,
+    SocialProfile = 6,
+};
+// Why the store's affiliate link is followed, by the number it is sent with.
+enum class AffiliateOption {
+    PlayerStartedInDefaultMode = 1,
+    PlayerAlreadyRunning = 2,
+    PlayerStartedInOrganizeMode = 3,
+};
+
 // The program's server and links: the cached server document and the web addresses it names.
 class AppLinks
 {
@@ -168,11 +185,9 @@ public:
     virtual ServerDownload checkRequestDownload() = 0;
     virtual ServerLaunch checkApplicationLaunch() = 0;
     virtual ServerUpdate checkApplicationUpdate() = 0;
-    // Option: 1 support the project, 2 feedback, 3 help, 4 a Last.fm user page,
-    // 5 unsupported system, 6 social profile. A null address takes the one the option names.
-    virtual void openWebsite(const QString &address, int option) = 0;
-    // 1 player started by default mode, 2 player already running, 3 started by organize mode.
-    virtual void openAffLinkWithOption(int option) = 0;
+    // A null address takes the one the option names.
+    virtual void openWebsite(const QString &address, WebsiteOption option) = 0;
+    virtual void openAffLinkWithOption(AffiliateOption option) = 0;
 };
 
 // Creates the controller's services and windows. Whatever is not built yet comes back null.

@@ -88,7 +88,7 @@ QString serverRequestAddress(const QString &baseURL, const ServerQueryValues &va
     return parameterURL(baseURL + QStringLiteral("/3/request.php"), parameters, TextEncoding::ISOLatin1);
 }
 
-QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, int option)
+QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, WebsiteOption option)
 {
     OrderedParameters parameters;
     if (!values.system.isEmpty())
@@ -96,17 +96,18 @@ QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &value
     parameters.append({QStringLiteral("v"), values.version});
     parameters.append({QStringLiteral("b"), values.build});
     parameters.append({QStringLiteral("l"), values.language});
-    if (option >= 1 && option <= 6) {
-        parameters.append({QStringLiteral("a"), QString::number(option)});
+    // A number outside the pages sends no page.
+    if (const int number = int(option); number >= 1 && number <= 6) {
+        parameters.append({QStringLiteral("a"), QString::number(number)});
         parameters.append({QStringLiteral("o"), QStringLiteral("0")});
     }
     return parameterURL(baseURL + QStringLiteral("/3/link.php"), parameters, TextEncoding::UTF8);
 }
 
-QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, int option)
+QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, AffiliateOption option)
 {
     OrderedParameters parameters = commonParameters(values);
-    parameters.append({QStringLiteral("o"), QString::number(option)});
+    parameters.append({QStringLiteral("o"), QString::number(int(option))});
     return parameterURL(baseURL + QStringLiteral("/index.php"), parameters, TextEncoding::UTF8);
 }
 

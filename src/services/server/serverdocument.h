@@ -22,9 +22,9 @@ struct ServerQueryValues
 // The request endpoint, /3/request.php, with "a" and "o" both "1", escaped as ISO Latin 1.
 QString serverRequestAddress(const QString &baseURL, const ServerQueryValues &values);
 // The link endpoint, /3/link.php, in UTF-8; options 1 to 6 add "a" (the option) and "o" ("0").
-QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, int option);
+QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, WebsiteOption option);
 // The affiliate endpoint, /index.php, in UTF-8, with "o" the option.
-QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, int option);
+QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, AffiliateOption option);
 
 // A document is accepted when it parses (damaged XML tidied as far as it goes) and the first
 // attribute of its root element has the value "OK".

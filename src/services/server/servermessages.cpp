@@ -154,10 +154,10 @@ void ServerMessages::showDocumentAlert(const ServerAlert &alert, const QStringLi
     ui_.activateApplication();
     ui_.showServerAlert(alert.title, alert.message, buttonKeys);
     if (alert.opensURL())
-        openWebsite(alert.url, 0);
+        openWebsite(alert.url, WebsiteOption::None);
 }
 
-void ServerMessages::openWebsite(const QString &address, int option)
+void ServerMessages::openWebsite(const QString &address, WebsiteOption option)
 {
     try {
         const QUrl url(address.isEmpty() ? serverLinkAddress(serverBase(), ServerQueryValues::current(), option)
@@ -169,7 +169,7 @@ void ServerMessages::openWebsite(const QString &address, int option)
     }
 }
 
-void ServerMessages::openAffLinkWithOption(int option)
+void ServerMessages::openAffLinkWithOption(AffiliateOption option)
 {
     QString address;
     try {

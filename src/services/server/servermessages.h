@@ -26,8 +26,8 @@ public:
     // An unreadable cached document is removed.
     ServerLaunch checkApplicationLaunch() override;
     ServerUpdate checkApplicationUpdate() override;
-    void openWebsite(const QString &address, int option) override;
-    void openAffLinkWithOption(int option) override;
+    void openWebsite(const QString &address, WebsiteOption option) override;
+    void openAffLinkWithOption(AffiliateOption option) override;
 
     // The server's host can be looked up; no connection is made.
     bool isOVServerAvailable() const;

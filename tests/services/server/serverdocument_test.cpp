@@ -14,10 +14,10 @@ TEST(ServerDocument, EachEndpointCarriesItsKeysInItsEncoding)
 {
     EXPECT_EQ(serverRequestAddress("http://h", kFrench),
               "http://h/3/request.php?v=3.9&b=391&l=Fran%E7ais&s=12.0.0&a=1&o=1");
-    EXPECT_EQ(serverLinkAddress("http://h", kFrench, 2),
+    EXPECT_EQ(serverLinkAddress("http://h", kFrench, WebsiteOption::Feedback),
               "http://h/3/link.php?s=12.0.0&v=3.9&b=391&l=Fran%C3%A7ais&a=2&o=0");
-    EXPECT_EQ(serverLinkAddress("http://h", kFrench, 0), "http://h/3/link.php?s=12.0.0&v=3.9&b=391&l=Fran%C3%A7ais");
-    EXPECT_EQ(serverAffiliateAddress("http://h", kFrench, 3),
+    EXPECT_EQ(serverLinkAddress("http://h", kFrench, WebsiteOption::None), "http://h/3/link.php?s=12.0.0&v=3.9&b=391&l=Fran%C3%A7ais");
+    EXPECT_EQ(serverAffiliateAddress("http://h", kFrench, AffiliateOption::PlayerStartedInOrganizeMode),
               "http://h/index.php?v=3.9&b=391&l=Fran%C3%A7ais&s=12.0.0&o=3");
     ServerQueryValues noSystem = kFrench;
     noSystem.system.clear();

@@ -161,9 +161,9 @@ TEST_F(ServerMessagesTest, UpdateAlertOpensTheAddressWhicheverButtonIsChosen)
 
 TEST_F(ServerMessagesTest, WebsiteAddresses)
 {
-    messages.openWebsite({}, 3);
-    messages.openWebsite({}, 0);
-    messages.openWebsite("https://www.last.fm/user/someone", 4);
+    messages.openWebsite({}, WebsiteOption::Help);
+    messages.openWebsite({}, WebsiteOption::None);
+    messages.openWebsite("https://www.last.fm/user/someone", WebsiteOption::LastFmUser);
     const QList<QUrl> opened = ui.openedURLs();
     ASSERT_EQ(opened.size(), 3);
     EXPECT_EQ(opened[0].path(), "/3/link.php");
@@ -183,7 +183,7 @@ TEST_F(ServerMessagesTest, AffiliateLinkOpensOnlyAnAddressThatEndsAtTheStore)
     server.respond("/index.php", ScriptedResponse::redirect(store.baseUrl() + "/app/orvane?mt=8"));
 
     messages.setAffiliateDelay(0.01);
-    messages.openAffLinkWithOption(2);
+    messages.openAffLinkWithOption(AffiliateOption::PlayerAlreadyRunning);
     ASSERT_TRUE(waitUntil([&] { return !ui.openedURLs().isEmpty(); }));
     EXPECT_EQ(server.requests().last().query().queryItemValue("o"), "2");
     EXPECT_FALSE(server.requests().last().query().hasQueryItem("a"));
