@@ -77,18 +77,18 @@ PoolFunctionAnswer Function0002::doMyFunctionPre()
     if (yourUpperItemsDo_)
         yourUpperItemsCurrentRun_ += yourUpperItems_;
     yourUpperItemsCurrentRun_ += QStringLiteral("\r\n");
-    switch (yourCaseForm_) {
-    case 1:
+    switch (caseForm()) {
+    case CaseForm::Capitalised:
         yourUpperItemsCurrentRun_ += QLatin1Char(' ');
         yourSel_ = &Function0002::runChangeToCap;
         break;
-    case 2:
+    case CaseForm::Sentence:
         // Sentence style: a space never starts a capital, even one the user listed.
         yourUpperItemsCurrentRun_.remove(QLatin1Char(' '));
         yourSel_ = &Function0002::runChangeToCap;
         break;
-    case 3: yourSel_ = &Function0002::upperOf; break;
-    case 4: yourSel_ = &Function0002::lowerOf; break;
+    case CaseForm::Upper: yourSel_ = &Function0002::upperOf; break;
+    case CaseForm::Lower: yourSel_ = &Function0002::lowerOf; break;
     default: break;
     }
     return PoolStep::GoOn;
@@ -161,7 +161,9 @@ PanelDescription Function0002::panelDescription() const
     panel.fields.append({.kind = Kind::Choice, .property = QStringLiteral("yourCaseForm"), .label = QStringLiteral("Form"),
                          .choiceLabels = {QStringLiteral("Every Word Capitalised"), QStringLiteral("Sentence style"),
                                           QStringLiteral("ALL CAPITALS"), QStringLiteral("all small letters")},
-                         .choiceValues = {1, 2, 3, 4}, .group = QStringLiteral("Case")});
+                         .choiceValues = {qint64(CaseForm::Capitalised), qint64(CaseForm::Sentence),
+                                          qint64(CaseForm::Upper), qint64(CaseForm::Lower)},
+                         .group = QStringLiteral("Case")});
     panel.fields.append({.kind = Kind::Check, .property = QStringLiteral("yourUpperItemsDo"),
                          .label = QStringLiteral("Also capitalise after these characters:"),
                          .enabledBy = QStringLiteral("enableUpperItems"), .group = QStringLiteral("Case")});

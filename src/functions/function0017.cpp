@@ -87,8 +87,8 @@ void Function0017::setYourOptionChoosen(qint64 option)
 PoolFunctionAnswer Function0017::doMyFunctionCheck()
 {
     yourSel_ = nullptr;
-    switch (yourOptionChoosen_) {
-    case 1:
+    switch (option()) {
+    case Option::TrackInfoToTag:
         if (yourTrackInfoOption_ == kFileName)
             yourSel_ = &Function0017::runFileNameToTag;
         else if (yourTrackInfoOption_ == kFilePath)
@@ -99,23 +99,23 @@ PoolFunctionAnswer Function0017::doMyFunctionCheck()
             return PoolStep::Stop;
         yourPerformOn_ = yourPerformOnTrackInfo_;
         return PoolStep::GoOn;
-    case 2:
+    case Option::NumberTracks:
         if (yourNumberTracksStartValue_ < 1)
             return PoolAlertCode::ContradictorySettings;
         yourSel_ = &Function0017::runNumnberTracks;
         yourNumberTracksStartValueCurrentRun_ = yourNumberTracksStartValue_;
         return PoolStep::GoOn;
-    case 3:
+    case Option::DeleteTags:
         if (!anyChosen(deleteTagChoices()))
             return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0017::runDeleteTag;
         return PoolStep::GoOn;
-    case 4:
+    case Option::RemoveSpaces:
         if (!anyChosen(removeSpacesTagChoices()))
             return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0017::runRemoveSpaces;
         return PoolStep::GoOn;
-    case 5:
+    case Option::SetAlbumArtist:
         yourSel_ = &Function0017::runSetAlbumArtist;
         return PoolStep::GoOn;
     default:
@@ -265,7 +265,8 @@ PanelDescription Function0017::panelDescription() const
     tool.choiceLabels = {QStringLiteral("File fact to tag"), QStringLiteral("Number the tracks"),
                          QStringLiteral("Empty tags"), QStringLiteral("Tidy spaces"),
                          QStringLiteral("Album artist from album (compilations) or artist")};
-    tool.choiceValues = {1, 2, 3, 4, 5};
+    tool.choiceValues = {qint64(Option::TrackInfoToTag), qint64(Option::NumberTracks), qint64(Option::DeleteTags),
+                         qint64(Option::RemoveSpaces), qint64(Option::SetAlbumArtist)};
 
     const QString infoGroup = QStringLiteral("File fact to tag");
     PanelField fact{PanelField::Kind::Choice, QStringLiteral("yourTrackInfoOption"), QStringLiteral("Fact")};
