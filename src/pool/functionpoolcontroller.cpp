@@ -111,10 +111,10 @@ void FunctionPoolController::clickFunctionRun(qint64 number)
             yourCurrentFunctionTyp_ = PoolTrackSet::Selection;
     }
 
-    const qint64 gate = checkFunctionRun();
-    if (gate != ServerGateDecision::Run) {
+    const ServerGateDecision::Result gate = checkFunctionRun();
+    if (gate != ServerGateDecision::Result::Run) {
         yourCurrentFunctionNo_ = 0;
-        if (gate == ServerGateDecision::Unreadable)
+        if (gate == ServerGateDecision::Result::Unreadable)
             showAlertMessage(PoolAlertCode::ServerInfoUnreadable);
         else
             setRunState(RunState::Idle);
@@ -141,12 +141,12 @@ void FunctionPoolController::clickFunctionRun(qint64 number)
                                                                           : PoolAlertCode::Failure);
 }
 
-qint64 FunctionPoolController::checkFunctionRun()
+ServerGateDecision::Result FunctionPoolController::checkFunctionRun()
 {
     const ServerGateDecision decision =
         evaluateServerGateFile(OVApplication::ov_applicationInfoURLForFileHidden(),
                                yourCurrentFunctionNo_);
-    if (decision.result == ServerGateDecision::ShowMessage) {
+    if (decision.result == ServerGateDecision::Result::ShowMessage) {
         PoolAlert alert;
         alert.informativeText = decision.message;
         presentAlert(alert);

@@ -3,6 +3,7 @@
 #include "player/itunes.h"
 #include "pool/functionpoollog.h"
 #include "pool/poolfrontend.h"
+#include "pool/servergate.h"
 
 #include <QMap>
 #include <QObject>
@@ -91,8 +92,8 @@ public:
     void askForFolder(const QString &messageKey, std::function<void(const QString &path)> answer);
     // Main thread. The two confirmations ask; every other alert ends the run.
     void showAlertMessage(PoolAlertCode code);
-    // The server gate: 1 run, -1 document unreadable, 0 the gate showed its own message.
-    qint64 checkFunctionRun();
+    // The server gate; ShowMessage: the gate showed its own message.
+    ServerGateDecision::Result checkFunctionRun();
 
     // Progress, from any thread.
     void poolProgressOpen();

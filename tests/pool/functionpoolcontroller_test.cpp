@@ -288,11 +288,11 @@ TEST(ServerGate, RunAndMessageDecidePerFunctionNumber)
                                 "<Function><ID>6</ID><Message>no Run element</Message></Function>"
                                 "</Functions></FunctionPool></Orvane>";
     const QList<QPair<qint64, ServerGateDecision>> cases{
-        {3, {ServerGateDecision::ShowMessage, "Off for now"}},
-        {4, {ServerGateDecision::Run, {}}},
-        {5, {ServerGateDecision::Run, {}}},
-        {6, {ServerGateDecision::Run, {}}},
-        {7, {ServerGateDecision::Run, {}}},
+        {3, {ServerGateDecision::Result::ShowMessage, "Off for now"}},
+        {4, {ServerGateDecision::Result::Run, {}}},
+        {5, {ServerGateDecision::Result::Run, {}}},
+        {6, {ServerGateDecision::Result::Run, {}}},
+        {7, {ServerGateDecision::Result::Run, {}}},
     };
     for (const auto &[number, expected] : cases) {
         const ServerGateDecision decision = evaluateServerGate(document, number);
@@ -303,8 +303,8 @@ TEST(ServerGate, RunAndMessageDecidePerFunctionNumber)
                                  "<Message>tidied",
                                  3).message,
               "tidied");
-    EXPECT_EQ(evaluateServerGate("not xml at all", 3).result, ServerGateDecision::Unreadable);
-    EXPECT_EQ(evaluateServerGateFile("/nonexistent/.orvane", 3).result, ServerGateDecision::Run);
+    EXPECT_EQ(evaluateServerGate("not xml at all", 3).result, ServerGateDecision::Result::Unreadable);
+    EXPECT_EQ(evaluateServerGateFile("/nonexistent/.orvane", 3).result, ServerGateDecision::Result::Run);
 }
 
 TEST_F(PoolTest, TheServerGateStopsARunBeforeTheFunctionIsAsked)
