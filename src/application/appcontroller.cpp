@@ -154,7 +154,7 @@ void AppController::clickNavigationMenuVisitLastFM()
     const QString page = site.scheme() + QStringLiteral("://") + site.authority() + QStringLiteral("/user/")
                          + QString::fromUtf8(QUrl::toPercentEncoding(userName));
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite(page, 4);
+        yourAppLinks_->openWebsite(page, WebsiteOption::LastFmUser);
 }
 
 void AppController::chooseOptionPreferences()
@@ -183,30 +183,30 @@ void AppController::openPreferencesWindowWithTargetView(int view)
 void AppController::chooseOptionHelp()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 3);
+        yourAppLinks_->openWebsite({}, WebsiteOption::Help);
 }
 
 void AppController::chooseOptionSupportProject()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 1);
+        yourAppLinks_->openWebsite({}, WebsiteOption::Support);
 }
 
 void AppController::chooseOptionFeedback()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 2);
+        yourAppLinks_->openWebsite({}, WebsiteOption::Feedback);
 }
 
 void AppController::chooseOptionTwitter()
 {
     if (yourAppLinks_)
-        yourAppLinks_->openWebsite({}, 6);
+        yourAppLinks_->openWebsite({}, WebsiteOption::SocialProfile);
 }
 
 void AppController::chooseOptionUpdate()
 {
-    if (yourAppLinks_ && yourAppLinks_->checkApplicationUpdate() != 0)
+    if (yourAppLinks_ && yourAppLinks_->checkApplicationUpdate() != ServerUpdate::None)
         return;
     ui_.activateApplication();
     ui_.showAlert(QStringLiteral("0003.0021"), QStringLiteral("0002.0001"), QStringLiteral("0003.0022"));

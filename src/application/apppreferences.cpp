@@ -34,30 +34,29 @@ AppPreferences::AppPreferences(QObject *parent)
     loadUserPreferencesDefaults();
 }
 
-QString AppPreferences::locationToPreferences(int number)
+QString AppPreferences::locationToPreferences(PreferenceLocation location)
 {
-    switch (number) {
-    case 1:
+    switch (location) {
+    case PreferenceLocation::TrackInfoWindow:
         return OVApplication::ov_applicationPreferencesURLForPlistTrackInfoWindow();
-    case 2:
+    case PreferenceLocation::LyricsWindow:
         return OVApplication::ov_applicationPreferencesURLForPlistLyricsWindow();
-    case 3:
+    case PreferenceLocation::LastFm:
         return OVApplication::ov_applicationPreferencesURLForPlistLastFm();
-    case 4:
+    case PreferenceLocation::General:
         return OVApplication::ov_applicationPreferencesURLForPlistGeneral();
-    case 5:
+    case PreferenceLocation::ServerDocument:
         return OVApplication::ov_applicationInfoURLForFileHidden();
-    case 6:
+    case PreferenceLocation::ExceptionLog:
         return OVApplication::ov_applicationInfoURLForFileLog();
-    case 7:
+    case PreferenceLocation::StatusItem:
         return OVApplication::ov_applicationPreferencesURLForPlistStatusItem();
-    case 8:
+    case PreferenceLocation::Rating:
         return OVApplication::ov_applicationPreferencesURLForPlistRating();
-    case 9:
+    case PreferenceLocation::KeyBindings:
         return OVApplication::ov_applicationPreferencesURLForPlistKeyBindings();
-    default:
-        return {};
     }
+    return {}; // a number outside the set
 }
 
 void AppPreferences::saveUserPreferences()

@@ -2,6 +2,19 @@
 
 #include "application/preferenceobject.h"
 
+// The program's settings files and info files by number, the numbers earlier versions used.
+enum class PreferenceLocation {
+    TrackInfoWindow = 1,
+    LyricsWindow = 2,
+    LastFm = 3,
+    General = 4,
+    ServerDocument = 5, // the cached server document (hidden, in "Info")
+    ExceptionLog = 6,
+    StatusItem = 7,
+    Rating = 8,
+    KeyBindings = 9,
+};
+
 // The general settings, "General".plist, and where every other settings file lives. Made by the
 // composition root on the main thread and handed to whoever needs it (the application
 // controller first); its settings are written on the main thread and may be read from any
@@ -45,11 +58,10 @@ public:
     static constexpr double kWindowFadeTimeOut = 0.2;
     static constexpr double kViewFadeTime = 0.2;
 
-    // The settings files by number: 1 track info window, 2 lyrics window, 3 Last.fm,
-    // 4 general, 5 the cached server document, 6 the exception log, 7 status item, 8 rating,
-    // 9 key bindings. Empty for any other number or when the folder cannot be made.
-    static QString locationToPreferences(int number);
-    QString preferencesLocation() const override { return locationToPreferences(4); }
+    // The path of a settings file; empty for a number outside the set or when the folder
+    // cannot be made.
+    static QString locationToPreferences(PreferenceLocation location);
+    QString preferencesLocation() const override { return locationToPreferences(PreferenceLocation::General); }
 
     // Writes the file, then brings the login item into line with the launch settings; a file
     // that cannot be built is logged and replaced by the defaults.

@@ -69,8 +69,8 @@ void LaunchSequence::doLaunchJobs()
     // system check.
     const std::shared_ptr<AppLinks> links = controller_.yourAppLinks_;
     if (links) {
-        const int result = links->checkRequestDownload();
-        if (result == 0)
+        const ServerDownload result = links->checkRequestDownload();
+        if (result == ServerDownload::Refused)
             onMainThreadWaiting([this] { doLaunchErrorMessage(); });
         else
             onMainThreadWaiting([this] { doLaunchCheck(); });
@@ -88,7 +88,7 @@ void LaunchSequence::doLaunchCheck()
     AppLinks *links = controller_.yourAppLinks_.get();
     if (!links)
         return;
-    if (links->checkApplicationLaunch() == 0)
+    if (links->checkApplicationLaunch() == ServerLaunch::Stop)
         controller_.chooseOptionTerminate();
     else
         links->checkApplicationUpdate();
@@ -102,7 +102,7 @@ void LaunchSequence::doSystemCheck()
             return;
     controller_.ui_.showStandardAlert(QStringLiteral("0003.0032"));
     if (AppLinks *links = controller_.yourAppLinks_.get())
-        links->openWebsite({}, 5);
+        links->openWebsite({}, WebsiteOption::UnsupportedSystem);
 }
 
 void LaunchSequence::launchInDefaultMode()
@@ -114,12 +114,12 @@ void LaunchSequence::launchInDefaultMode()
 
     if (AppToDo::isITunesRunning()) {
         if (links)
-            links->openAffLinkWithOption(2);
+            links->openAffLinkWithOption(AffiliateOption::PlayerAlreadyRunning);
         app.currentTrackActionRun();
     } else if (preferences.prefLaunchYourTunes()) {
         AppToDo::openITunes();
         if (links)
-            links->openAffLinkWithOption(1);
+            links->openAffLinkWithOption(AffiliateOption::PlayerStartedInDefaultMode);
     }
 
     LiveServices &services = app.services_;
@@ -163,7 +163,7 @@ void LaunchSequence::launchInOrganizeMode()
     if (!AppToDo::isITunesRunning()) {
         AppToDo::openITunes();
         if (AppLinks *links = controller_.yourAppLinks_.get())
-            links->openAffLinkWithOption(3);
+            links->openAffLinkWithOption(AffiliateOption::PlayerStartedInOrganizeMode);
     }
     transformProcessWorkaroundA();
 }

@@ -69,17 +69,17 @@ bool PreferencesMigration::deprecatedPreferencsConvert()
 {
     if (!deprecatedPreferencsConvertIsNeeded())
         return false;
-    if (deprecatedPreferencsConvertForFile(4))
+    if (deprecatedPreferencsConvertForFile(PreferenceLocation::General))
         deprecatedPreferencsImprovementForGeneral();
-    deprecatedPreferencsConvertForFile(1);
-    deprecatedPreferencsConvertForFile(2);
-    if (deprecatedPreferencsConvertForFile(3))
+    deprecatedPreferencsConvertForFile(PreferenceLocation::TrackInfoWindow);
+    deprecatedPreferencsConvertForFile(PreferenceLocation::LyricsWindow);
+    if (deprecatedPreferencsConvertForFile(PreferenceLocation::LastFm))
         deprecatedPreferencsImprovementForLastFm();
-    if (deprecatedPreferencsConvertForFile(9))
+    if (deprecatedPreferencsConvertForFile(PreferenceLocation::KeyBindings))
         deprecatedPreferencsImprovementForKeyBindings();
-    if (deprecatedPreferencsConvertForFile(8))
+    if (deprecatedPreferencsConvertForFile(PreferenceLocation::Rating))
         deprecatedPreferencsImprovementForRating();
-    if (deprecatedPreferencsConvertForFile(7))
+    if (deprecatedPreferencsConvertForFile(PreferenceLocation::StatusItem))
         deprecatedPreferencsImprovementForStatusItem();
     deprecatedOrganizerImprovement();
     deprecatedApplicationSupportDirectoryForAppRemove();
@@ -98,42 +98,45 @@ QString PreferencesMigration::deprecatedApplicationSupportDirectoryFor3v5()
     return app.isEmpty() ? QString() : app + QLatin1String("/3.5");
 }
 
-QString PreferencesMigration::deprecatedPreferencsPathForFile(int number)
+QString PreferencesMigration::deprecatedPreferencsPathForFile(PreferenceLocation location)
 {
     const QString old = deprecatedApplicationSupportDirectoryFor3v5();
     if (old.isEmpty())
         return {};
     const QString folder = old + QLatin1String("/Preferences");
     const char *name = nullptr;
-    switch (number) {
-    case 1: name = "TrackInfoWindow.plist"; break;
-    case 2: name = "TrackLyricsWindow.plist"; break;
-    case 3: name = "LastFM.plist"; break;
-    case 4: name = "Application.plist"; break;
-    case 7: name = "Controller.plist"; break;
-    case 8: name = "RatingNotifier.plist"; break;
-    case 9: name = "Shortcuts.plist"; break;
-    default: return folder;
+    switch (location) {
+    case PreferenceLocation::TrackInfoWindow: name = "TrackInfoWindow.plist"; break;
+    case PreferenceLocation::LyricsWindow: name = "TrackLyricsWindow.plist"; break;
+    case PreferenceLocation::LastFm: name = "LastFM.plist"; break;
+    case PreferenceLocation::General: name = "Application.plist"; break;
+    case PreferenceLocation::StatusItem: name = "Controller.plist"; break;
+    case PreferenceLocation::Rating: name = "RatingNotifier.plist"; break;
+    case PreferenceLocation::KeyBindings: name = "Shortcuts.plist"; break;
+    case PreferenceLocation::ServerDocument:
+    case PreferenceLocation::ExceptionLog: return folder;
     }
+    if (!name)
+        return folder;
     return folder + QLatin1Char('/') + QLatin1String(name);
 }
 
 bool PreferencesMigration::deprecatedPreferencsConvertIsNeeded() const
 {
-    if (QFileInfo::exists(AppPreferences::locationToPreferences(4)))
+    if (QFileInfo::exists(AppPreferences::locationToPreferences(PreferenceLocation::General)))
         return false;
     return QFileInfo(deprecatedApplicationSupportDirectoryFor3v5()).isDir();
 }
 
-bool PreferencesMigration::deprecatedPreferencsConvertForFile(int number) const
+bool PreferencesMigration::deprecatedPreferencsConvertForFile(PreferenceLocation location) const
 {
-    const QString newPath = AppPreferences::locationToPreferences(number);
-    return deprecatedOrganizerImprovementFromPlist(deprecatedPreferencsPathForFile(number), newPath);
+    const QString newPath = AppPreferences::locationToPreferences(location);
+    return deprecatedOrganizerImprovementFromPlist(deprecatedPreferencsPathForFile(location), newPath);
 }
 
 bool PreferencesMigration::deprecatedPreferencsImprovementForGeneral() const
 {
-    return improve(AppPreferences::locationToPreferences(4), [](QVariantMap &map) {
+    return improve(AppPreferences::locationToPreferences(PreferenceLocation::General), [](QVariantMap &map) {
         map.insert(QStringLiteral("UseAutoLove"), true);
         map.insert(QStringLiteral("UseAutoLoveValue"), 70);
         map.insert(QStringLiteral("LaunchMeOnLogin"), true);
@@ -143,7 +146,7 @@ bool PreferencesMigration::deprecatedPreferencsImprovementForGeneral() const
 
 bool PreferencesMigration::deprecatedPreferencsImprovementForLastFm() const
 {
-    return improve(AppPreferences::locationToPreferences(3), [this](QVariantMap &map) {
+    return improve(AppPreferences::locationToPreferences(PreferenceLocation::LastFm), [this](QVariantMap &map) {
         const QVariant value = map.value(QStringLiteral("AutoLoveValue"));
         if (isNumber(value))
             preferences_.setPrefUseAutoLoveValue(value.toInt());
@@ -154,7 +157,7 @@ bool PreferencesMigration::deprecatedPreferencsImprovementForLastFm() const
 
 bool PreferencesMigration::deprecatedPreferencsImprovementForKeyBindings() const
 {
-    return improve(AppPreferences::locationToPreferences(9), [](QVariantMap &map) {
+    return improve(AppPreferences::locationToPreferences(PreferenceLocation::KeyBindings), [](QVariantMap &map) {
         move(map, QStringLiteral("LastFMLoveCurrentTrack"), QStringLiteral("YourTunesLoved"),
              [](const QVariant &value) { return value.typeId() == QMetaType::QVariantMap; });
     });
@@ -162,7 +165,7 @@ bool PreferencesMigration::deprecatedPreferencsImprovementForKeyBindings() const
 
 bool PreferencesMigration::deprecatedPreferencsImprovementForRating() const
 {
-    return improve(AppPreferences::locationToPreferences(8), [](QVariantMap &map) {
+    return improve(AppPreferences::locationToPreferences(PreferenceLocation::Rating), [](QVariantMap &map) {
         move(map, QStringLiteral("RatingValue"), QStringLiteral("NotifyRatingValue"), isNumber);
         move(map, QStringLiteral("TimeBeforeEndOfTrack"), QStringLiteral("NotifyTimeBeforeEndOfTrack"), isNumber);
     });
@@ -170,7 +173,7 @@ bool PreferencesMigration::deprecatedPreferencsImprovementForRating() const
 
 bool PreferencesMigration::deprecatedPreferencsImprovementForStatusItem() const
 {
-    return improve(AppPreferences::locationToPreferences(7), [](QVariantMap &map) {
+    return improve(AppPreferences::locationToPreferences(PreferenceLocation::StatusItem), [](QVariantMap &map) {
         map.remove(QStringLiteral("DesignRatingBackground"));
         map.remove(QStringLiteral("DesignYourTunesControllerBackground"));
         map.insert(QStringLiteral("DesignLove"), true);

@@ -4,6 +4,7 @@
 #include <QVariantMap>
 
 class AppPreferences;
+enum class PreferenceLocation;
 
 // Carries the settings of version 3.5 over into the current settings tree, once: the old tree
 // is $XDG_DATA_HOME/Orvane/3.5/, whose folder "Orvane" is deleted whole afterwards. Nothing
@@ -19,13 +20,13 @@ public:
 
     static QString deprecatedApplicationSupportDirectoryForApp();
     static QString deprecatedApplicationSupportDirectoryFor3v5();
-    // The old file of a settings number; the old "Preferences" folder for numbers without one.
-    static QString deprecatedPreferencsPathForFile(int number);
+    // The old file of a settings file; the old "Preferences" folder for those without one.
+    static QString deprecatedPreferencsPathForFile(PreferenceLocation location);
 
     // Only when the current tree has no general settings and the old tree exists.
     bool deprecatedPreferencsConvertIsNeeded() const;
     // Copies one old file to its new place, never over an existing file.
-    bool deprecatedPreferencsConvertForFile(int number) const;
+    bool deprecatedPreferencsConvertForFile(PreferenceLocation location) const;
 
     bool deprecatedPreferencsImprovementForGeneral() const;
     // The old auto-love value reaches the live general settings only, never a file.

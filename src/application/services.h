@@ -141,22 +141,53 @@ class AppLicenseWindowController : public WindowController
 {
 };
 
+// The outcome of fetching the server document; orvane-cli prints the numbers.
+enum class ServerDownload {
+    Failed = -1, // unreachable, no answer, or it could not be cached
+    Refused = 0, // the server answered, but not "OK"
+    Cached = 1,
+};
+// Whether this version may run, by the cached document.
+enum class ServerLaunch {
+    Unreadable = -1, // the document is damaged (and gone); the program runs
+    Stop = 0,        // this version must not run; the document's alert was shown
+    Run = 1,
+};
+// Whether the cached document announces a newer version.
+enum class ServerUpdate {
+    Unreadable = -1,
+    None = 0,
+    Announced = 1, // the document's alert was shown
+};
+
+// The pages of the server's link address, by the number it is sent with.
+enum class WebsiteOption {
+    None = 0, // the link address without a page (or the address given)
+    Support = 1, // support the project
+    Feedback = 2,
+    Help = 3,
+    LastFmUser = 4, // a Last.fm user page
+    UnsupportedSystem = 5,
+    SocialProfile = 6,
+};
+// Why the store's affiliate link is followed, by the number it is sent with.
+enum class AffiliateOption {
+    PlayerStartedInDefaultMode = 1,
+    PlayerAlreadyRunning = 2,
+    PlayerStartedInOrganizeMode = 3,
+};
+
 // The program's server and links: the cached server document and the web addresses it names.
 class AppLinks
 {
 public:
     virtual ~AppLinks() = default;
-    // 1 document fetched and valid, 0 an answer that is not "OK", -1 unreachable or no answer.
-    virtual int checkRequestDownload() = 0;
-    // 0 means this version must not run.
-    virtual int checkApplicationLaunch() = 0;
-    // 0 when no newer version is known.
-    virtual int checkApplicationUpdate() = 0;
-    // Option: 1 support the project, 2 feedback, 3 help, 4 a Last.fm user page,
-    // 5 unsupported system, 6 social profile. A null address takes the one the option names.
-    virtual void openWebsite(const QString &address, int option) = 0;
-    // 1 player started by default mode, 2 player already running, 3 started by organize mode.
-    virtual void openAffLinkWithOption(int option) = 0;
+    virtual ServerDownload checkRequestDownload() = 0;
+    virtual ServerLaunch checkApplicationLaunch() = 0;
+    virtual ServerUpdate checkApplicationUpdate() = 0;
+    // A null address takes the one the option names.
+    virtual void openWebsite(const QString &address, WebsiteOption option) = 0;
+    virtual void openAffLinkWithOption(AffiliateOption option) = 0;
 };
 
 // Creates the controller's services and windows. Whatever is not built yet comes back null.

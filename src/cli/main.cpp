@@ -22,7 +22,7 @@ int main(int argc, char *argv[])
     // Before any command, as the program does at launch: the server document is fetched afresh,
     // unless --offline keeps the one of the last start.
     const bool offline = arguments.removeAll(QStringLiteral("--offline")) > 0;
-    std::optional<int> download;
+    std::optional<ServerDownload> download;
 
     const QHash<QString, std::function<int(const QStringList &)>> commands = {
         {QStringLiteral("library"), runLibraryCommand},

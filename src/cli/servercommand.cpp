@@ -28,20 +28,20 @@ public:
 
 } // namespace
 
-std::optional<int> refreshServerDocument(bool offline)
+std::optional<ServerDownload> refreshServerDocument(bool offline)
 {
     if (offline)
         return std::nullopt;
     TextServerMessagesUi ui;
     ServerMessages messages(ui);
-    const int result = messages.checkRequestDownload();
-    if (result == 0)
+    const ServerDownload result = messages.checkRequestDownload();
+    if (result == ServerDownload::Refused)
         QTextStream(stderr) << "orvane-cli: " << ov_localizedString(QStringLiteral("0003.0025"))
                             << " Try again later, or use --offline to work with the document of the last start.\n";
     return result;
 }
 
-int runServerCommand(const QStringList &arguments, std::optional<int> download)
+int runServerCommand(const QStringList &arguments, std::optional<ServerDownload> download)
 {
     if (arguments != QStringList{QStringLiteral("check")}) {
         QTextStream(stderr) << "usage: orvane-cli [--offline] server check\n";
@@ -50,9 +50,10 @@ int runServerCommand(const QStringList &arguments, std::optional<int> download)
     TextServerMessagesUi ui;
     ServerMessages messages(ui);
     QJsonObject results;
-    results.insert(QStringLiteral("download"), download ? QJsonValue(*download) : QJsonValue(QJsonValue::Null));
-    results.insert(QStringLiteral("launch"), messages.checkApplicationLaunch());
-    results.insert(QStringLiteral("update"), messages.checkApplicationUpdate());
+    // The results as the numbers scripts have always read.
+    results.insert(QStringLiteral("download"), download ? QJsonValue(int(*download)) : QJsonValue(QJsonValue::Null));
+    results.insert(QStringLiteral("launch"), int(messages.checkApplicationLaunch()));
+    results.insert(QStringLiteral("update"), int(messages.checkApplicationUpdate()));
     QTextStream(stdout) << QJsonDocument(results).toJson(QJsonDocument::Compact) << "\n";
     return 0;
 }

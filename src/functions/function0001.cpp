@@ -51,14 +51,14 @@ const std::array<SearchTag, 17> &searchTags()
     return tags;
 }
 
-// The option sum of a set: its case bit, plus anchoring at the start (modes 2 and 5) or at the
-// end (modes 3 and 6).
+// The option sum of a set: its case bit, plus anchoring at the start (of a word or the text)
+// or at the end.
 qint64 caseSumOf(const SearchSet &set)
 {
     qint64 sum = set.caseMode != 0 ? 1 : 0;
-    if (set.mode == 2 || set.mode == 5)
+    if (set.mode == SearchMode::WordStart || set.mode == SearchMode::TextStart)
         sum += 8;
-    else if (set.mode == 3 || set.mode == 6)
+    else if (set.mode == SearchMode::WordEnd || set.mode == SearchMode::TextEnd)
         sum += 12;
     return sum;
 }
@@ -85,26 +85,27 @@ void Function0001::setYourSearchMode(qint64 mode)
     emit yourSearchModeChanged();
 }
 
-qint64 Function0001::doMyFunctionCheck()
+PoolFunctionAnswer Function0001::doMyFunctionCheck()
 {
     if (yourSearchText.isEmpty() && yourReplaceText.isEmpty()
         && (!yourSearchSetSearch || yourSearchSets().isEmpty()))
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     for (const SearchTag &tag : searchTags())
         if (this->*tag.chosen)
-            return 1;
-    return -1;
+            return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
-qint64 Function0001::doMyFunctionPre()
+PoolFunctionAnswer Function0001::doMyFunctionPre()
 {
-    const SearchSet panelSet{yourSearchText, yourReplaceText, yourIgnoreCase ? 1 : 0, yourSearchMode_};
+    const SearchSet panelSet{yourSearchText, yourReplaceText, yourIgnoreCase ? 1 : 0,
+                             searchModeFromNumber(yourSearchMode_)};
     yourSearchSetsCurrentRun_ = yourSearchSetSearch ? yourSearchSets() : QList<SearchSet>();
     yourSearchSetsCurrentRun_.prepend(panelSet);
     if (myFunctionPool())
         setWordCharacters(myFunctionPool()->myPreferences()->prefWordText());
     wordListBuildCount_ = 0;
-    return 1;
+    return PoolStep::GoOn;
 }
 
 void Function0001::doMyFunctionMain(const ITunesTrack &track)
@@ -139,32 +140,32 @@ QString Function0001::runSearchReplace(const QString &tagText)
         }
         const qint64 caseSum = caseSumOf(set);
         switch (set.mode) {
-        case 1:
-        case 5:
-        case 6:
+        case SearchMode::Everywhere:
+        case SearchMode::TextStart:
+        case SearchMode::TextEnd:
             if (replaceOccurrencesOfString(text, set.search, set.replace, searchOptionsFromValue(caseSum)) > 0)
                 rebuildWordList = true;
             break;
-        case 7:
+        case SearchMode::WholeText:
             if (compareText(text, set.search, searchOptionsFromValue(caseSum)) == ComparisonResult::OrderedSame) {
                 text = set.replace;
                 rebuildWordList = true;
             }
             break;
-        case 9:
+        case SearchMode::RegularExpression:
             if (replaceOccurrencesOfRegex(text, set.search, set.replace) > 0)
                 rebuildWordList = true;
             break;
-        case 2:
-        case 3:
-        case 4:
-        case 8:
+        case SearchMode::WordStart:
+        case SearchMode::WordEnd:
+        case SearchMode::WholeWord:
+        case SearchMode::FirstInWord:
             if (rebuildWordList)
                 runCreateWordList(text, wordList);
             rebuildWordList = runScanWordList(text, wordList, set.search, set.replace, caseSum, set.mode,
                                               set.caseMode != 0);
             break;
-        default:
+        default: // a number outside the modes
             if (replaceOccurrencesOfString(text, set.search, set.replace) > 0)
                 rebuildWordList = true;
             break;
@@ -175,7 +176,7 @@ QString Function0001::runSearchReplace(const QString &tagText)
     if (text == tagText)
         return {};
     if (myFunctionPool())
-        myFunctionPool()->setYourLogNo(1);
+        myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     return text.isNull() ? QStringLiteral("") : text;
 }
 
@@ -198,7 +199,7 @@ void Function0001::runCreateWordList(const QString &text, QStringList &wordList)
 }
 
 bool Function0001::runScanWordList(QString &text, const QStringList &wordList, const QString &search,
-                                   const QString &replace, qint64 caseSum, qint64 searchMode, bool)
+                                   const QString &replace, qint64 caseSum, SearchMode searchMode, bool)
 {
     text.clear();
     bool replaced = false;
@@ -210,7 +211,7 @@ bool Function0001::runScanWordList(QString &text, const QStringList &wordList, c
         } else if (range.length >= entry.size()) {
             text.append(replace);
             replaced = true;
-        } else if (searchMode == 4) {
+        } else if (searchMode == SearchMode::WholeWord) {
             text.append(entry);
         } else {
             text.append(QStringView(entry).left(range.location));
@@ -262,7 +263,7 @@ int Function0001::addNewSearchSet()
         return -1;
     return searchSetsModel_->addNewSearchSet(preferences->prefSearchSetCaseStateDefault(),
                                              preferences->prefTableDefaultText(),
-                                             preferences->prefSearchSetSearchOptopnDefault());
+                                             searchModeFromNumber(preferences->prefSearchSetSearchOptopnDefault()));
 }
 
 void Function0001::removeSearchSet(const QList<int> &selectedRows)
@@ -301,7 +302,7 @@ PanelDescription Function0001::panelDescription() const
     mode.choiceLabels = {"Everywhere in the text", "At the start of a word", "At the end of a word",
                          "A whole word", "At the start of the text", "At the end of the text",
                          "The whole text", "First time in each word", "Regular expression"};
-    for (qint64 number = 1; number <= 9; ++number)
+    for (qint64 number = qint64(SearchMode::Everywhere); number <= qint64(SearchMode::RegularExpression); ++number)
         mode.choiceValues.append(number);
     panel.fields.append(mode);
     PanelField ignoreCase = field(PanelField::Kind::Check, "yourIgnoreCase", "Ignore case", searchGroup);

@@ -8,8 +8,8 @@
 #include <bitset>
 
 // Organizer function 1, search and replace: applies the panel's search set, then (if asked)
-// the saved ones, to the chosen text tags of each track. Modes 1, 5, 6, 7 and 9 work on the
-// whole text, modes 2, 3, 4 and 8 on its words, split by the organizer's own word characters.
+// the saved ones, to the chosen text tags of each track. Some search modes work on the whole
+// text, the word modes on its words, split by the organizer's own word characters.
 // Owns the model of the saved sets that the organizer window's sheet edits.
 class Function0001 : public PoolFunction
 {
@@ -42,15 +42,15 @@ class Function0001 : public PoolFunction
 public:
     explicit Function0001(FunctionPoolController *pool, QObject *parent = nullptr);
 
-    qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     void doMyFunctionEnd() override;
     PanelDescription panelDescription() const override;
 
     qint64 yourSearchMode() const { return yourSearchMode_; }
     void setYourSearchMode(qint64 mode);
-    bool enableCase() const { return yourSearchMode_ != 9; }
+    bool enableCase() const { return searchModeFromNumber(yourSearchMode_) != SearchMode::RegularExpression; }
 
     // The saved sets and the sets of the run under way (the panel's set first).
     SearchSetsModel *searchSetsModel() const { return searchSetsModel_; }
@@ -66,7 +66,7 @@ public:
     // Rebuilds `text` from the word list with each entry searched; true when one was replaced.
     // caseMode is handed along by the caller and not looked at.
     bool runScanWordList(QString &text, const QStringList &wordList, const QString &search,
-                         const QString &replace, qint64 caseSum, qint64 searchMode, bool caseMode);
+                         const QString &replace, qint64 caseSum, SearchMode searchMode, bool caseMode);
 
     // The panel's and the sheet's actions. A segment of 0 means the first segment ("all", "add").
     Q_INVOKABLE void selectAllSearchTags(int selectedSegment);

@@ -11,7 +11,8 @@
 SearchSet SearchSet::fromMap(const QVariantMap &map)
 {
     return {map.value(QStringLiteral("Search")).toString(), map.value(QStringLiteral("Replace")).toString(),
-            map.value(QStringLiteral("Case")).toLongLong(), map.value(QStringLiteral("Mode")).toLongLong()};
+            map.value(QStringLiteral("Case")).toLongLong(),
+            searchModeFromNumber(map.value(QStringLiteral("Mode")).toLongLong())};
 }
 
 QVariantMap SearchSet::toMap() const
@@ -19,7 +20,7 @@ QVariantMap SearchSet::toMap() const
     return {{QStringLiteral("Search"), search},
             {QStringLiteral("Replace"), replace},
             {QStringLiteral("Case"), caseMode},
-            {QStringLiteral("Mode"), mode}};
+            {QStringLiteral("Mode"), qint64(mode)}};
 }
 
 SearchSetsModel::SearchSetsModel(const QString &location, const QString &draggedType, QObject *parent)
@@ -50,7 +51,7 @@ bool SearchSetsModel::saveSearchSets() const
     return PropertyList::write(location_, entries);
 }
 
-int SearchSetsModel::addNewSearchSet(qint64 caseMode, const QString &text, qint64 mode)
+int SearchSetsModel::addNewSearchSet(qint64 caseMode, const QString &text, SearchMode mode)
 {
     const int row = int(searchSets_.size());
     beginInsertRows({}, row, row);
@@ -116,7 +117,7 @@ QVariant SearchSetsModel::data(const QModelIndex &index, int role) const
     switch (index.column()) {
     case SearchColumn: return set.search;
     case ReplaceColumn: return set.replace;
-    case ModeColumn: return set.mode;
+    case ModeColumn: return qint64(set.mode);
     default: return {};
     }
 }
@@ -135,7 +136,7 @@ bool SearchSetsModel::setData(const QModelIndex &index, const QVariant &value, i
     else if (index.column() == ReplaceColumn)
         set.replace = value.toString();
     else if (index.column() == ModeColumn)
-        set.mode = std::clamp<qint64>(value.toLongLong(), 1, 9);
+        set.mode = searchModeFromNumber(std::clamp<qint64>(value.toLongLong(), 1, 9));
     else
         return false;
     emit dataChanged(index, index);

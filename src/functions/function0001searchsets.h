@@ -5,15 +5,32 @@
 #include <QString>
 #include <QVariantMap>
 
+// How a search text is matched, by the number saved as "Mode" and set as yourSearchMode.
+enum class SearchMode : qint64 {
+    Everywhere = 1,
+    WordStart = 2,
+    WordEnd = 3,
+    WholeWord = 4,
+    TextStart = 5,
+    TextEnd = 6,
+    WholeText = 7,
+    FirstInWord = 8, // the first match in each word
+    RegularExpression = 9,
+};
+
+// A saved or set number as a mode. It is kept as it is, so a set written back keeps it; a
+// number outside 1 to 9 replaces every occurrence, literally and with case.
+constexpr SearchMode searchModeFromNumber(qint64 number) { return SearchMode(number); }
+
 // One step of a search and replace: what to look for, what to put in its place, whether case
-// is ignored ("Case" 1) and how to match ("Mode" 1 to 9). Stored as a map with the keys
-// "Search", "Replace", "Case" and "Mode".
+// is ignored ("Case" 1) and how to match. Stored as a map with the keys "Search", "Replace",
+// "Case" and "Mode".
 struct SearchSet
 {
     QString search;
     QString replace;
     qint64 caseMode = 1;
-    qint64 mode = 1;
+    SearchMode mode = SearchMode::Everywhere;
 
     static SearchSet fromMap(const QVariantMap &map);
     QVariantMap toMap() const;
@@ -43,7 +60,7 @@ public:
     bool saveSearchSets() const;
 
     // Appends a set of the given defaults and answers its row.
-    int addNewSearchSet(qint64 caseMode, const QString &text, qint64 mode);
+    int addNewSearchSet(qint64 caseMode, const QString &text, SearchMode mode);
     void removeSearchSets(QList<int> rows);
     // Moves the given rows so that they stand, in their old order, above the row `dropRow`
     // (rowCount() for the end).

@@ -63,35 +63,35 @@ Function0002::Function0002(FunctionPoolController *pool, QObject *parent)
 {
 }
 
-qint64 Function0002::doMyFunctionCheck()
+PoolFunctionAnswer Function0002::doMyFunctionCheck()
 {
     for (const CaseTag &tag : caseTags())
         if (this->*tag.flag)
-            return 1;
-    return -1;
+            return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
-qint64 Function0002::doMyFunctionPre()
+PoolFunctionAnswer Function0002::doMyFunctionPre()
 {
     yourUpperItemsCurrentRun_ = QString();
     if (yourUpperItemsDo_)
         yourUpperItemsCurrentRun_ += yourUpperItems_;
     yourUpperItemsCurrentRun_ += QStringLiteral("\r\n");
-    switch (yourCaseForm_) {
-    case 1:
+    switch (caseForm()) {
+    case CaseForm::Capitalised:
         yourUpperItemsCurrentRun_ += QLatin1Char(' ');
         yourSel_ = &Function0002::runChangeToCap;
         break;
-    case 2:
+    case CaseForm::Sentence:
         // Sentence style: a space never starts a capital, even one the user listed.
         yourUpperItemsCurrentRun_.remove(QLatin1Char(' '));
         yourSel_ = &Function0002::runChangeToCap;
         break;
-    case 3: yourSel_ = &Function0002::upperOf; break;
-    case 4: yourSel_ = &Function0002::lowerOf; break;
+    case CaseForm::Upper: yourSel_ = &Function0002::upperOf; break;
+    case CaseForm::Lower: yourSel_ = &Function0002::lowerOf; break;
     default: break;
     }
-    return 1;
+    return PoolStep::GoOn;
 }
 
 void Function0002::doMyFunctionMain(const ITunesTrack &track)
@@ -116,7 +116,7 @@ std::optional<QString> Function0002::runChangeCase(const QString &text)
         removeUnnecessarySpaces(result);
     if (result == text)
         return std::nullopt;
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     return result;
 }
 
@@ -161,7 +161,9 @@ PanelDescription Function0002::panelDescription() const
     panel.fields.append({.kind = Kind::Choice, .property = QStringLiteral("yourCaseForm"), .label = QStringLiteral("Form"),
                          .choiceLabels = {QStringLiteral("Every Word Capitalised"), QStringLiteral("Sentence style"),
                                           QStringLiteral("ALL CAPITALS"), QStringLiteral("all small letters")},
-                         .choiceValues = {1, 2, 3, 4}, .group = QStringLiteral("Case")});
+                         .choiceValues = {qint64(CaseForm::Capitalised), qint64(CaseForm::Sentence),
+                                          qint64(CaseForm::Upper), qint64(CaseForm::Lower)},
+                         .group = QStringLiteral("Case")});
     panel.fields.append({.kind = Kind::Check, .property = QStringLiteral("yourUpperItemsDo"),
                          .label = QStringLiteral("Also capitalise after these characters:"),
                          .enabledBy = QStringLiteral("enableUpperItems"), .group = QStringLiteral("Case")});

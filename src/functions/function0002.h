@@ -36,19 +36,29 @@ class Function0002 : public PoolFunction
     Q_PROPERTY(bool enableUpperItems READ enableUpperItems NOTIFY yourCaseFormChanged)
 
 public:
+    // The case forms by the number yourCaseForm holds.
+    enum class CaseForm : qint64 {
+        Capitalised = 1, // every word capitalised
+        Sentence = 2,    // sentence style
+        Upper = 3,
+        Lower = 4,
+    };
+
     // The delimiters a new function starts with.
     static QString defaultUpperItems();
 
     explicit Function0002(FunctionPoolController *pool, QObject *parent = nullptr);
 
-    qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     void doMyFunctionEnd() override;
     PanelDescription panelDescription() const override;
 
-    // Forms 1 and 2 use the delimiter list.
-    bool enableUpperItems() const { return yourCaseForm_ == 1 || yourCaseForm_ == 2; }
+    // The setting as a form (a number outside the forms prepares none).
+    CaseForm caseForm() const { return CaseForm(yourCaseForm_); }
+    // The capitalising forms use the delimiter list.
+    bool enableUpperItems() const { return caseForm() == CaseForm::Capitalised || caseForm() == CaseForm::Sentence; }
 
     // The new value of a tag in the form prepared for the run, or none when it would stay as
     // it is (the engine is told of a change otherwise).
@@ -94,7 +104,7 @@ private:
     bool yourGrouping_ = false;
     bool yourLyrics_ = false;
     bool yourEpisodenID_ = false;
-    qint64 yourCaseForm_ = 1;
+    qint64 yourCaseForm_ = qint64(CaseForm::Capitalised);
     QString yourUpperItems_ = defaultUpperItems();
     bool yourUpperItemsDo_ = true;
     bool yourRemoveSpaces_ = true;

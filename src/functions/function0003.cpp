@@ -31,17 +31,17 @@ void Function0003::setYourCopySwapChoose(qint64 choose)
     emit yourCopySwapChooseChanged();
 }
 
-qint64 Function0003::doMyFunctionCheck()
+PoolFunctionAnswer Function0003::doMyFunctionCheck()
 {
     if (yourSourceTag_ == yourTargetTag_)
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     if (yourCopySwapChoose_ == kCopy)
         yourSel_ = &Function0003::runCopyTags;
     else if (yourCopySwapChoose_ == kSwap)
         yourSel_ = &Function0003::runSwapTags;
     else
-        return 0;
-    return 1;
+        return PoolStep::Stop;
+    return PoolStep::GoOn;
 }
 
 void Function0003::doMyFunctionMain(const ITunesTrack &track)

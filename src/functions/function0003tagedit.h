@@ -11,7 +11,7 @@ namespace TagEdit {
 inline void pushChangedTag(FunctionPoolController *pool, const ITunesTrack &track, qint64 tag, const QString &text)
 {
     AppToDo::pushTrackTag(track, tag, text);
-    pool->setYourLogNo(1);
+    pool->setYourLogNo(TrackLogState::Changed);
 }
 
 // Tidies the spaces when asked; a text that ends up as the tag already reads is not written,

@@ -17,20 +17,20 @@ Function0004::Function0004(FunctionPoolController *pool, QObject *parent)
 {
 }
 
-qint64 Function0004::doMyFunctionCheck()
+PoolFunctionAnswer Function0004::doMyFunctionCheck()
 {
     if (yourCutChoose_ == kCutByText) {
         if (yourTextValue_.isEmpty())
-            return -1;
+            return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0004::runCutByText;
     } else if (yourCutChoose_ == kCutByNumber) {
         if (yourNumericValue_ < 1)
-            return -2;
+            return PoolAlertCode::ContradictorySettings;
         yourSel_ = &Function0004::runCutByNumber;
     } else {
-        return 0;
+        return PoolStep::Stop;
     }
-    return 1;
+    return PoolStep::GoOn;
 }
 
 void Function0004::doMyFunctionMain(const ITunesTrack &track)

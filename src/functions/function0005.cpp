@@ -16,9 +16,11 @@ Function0005::Function0005(FunctionPoolController *pool, QObject *parent)
 {
 }
 
-qint64 Function0005::doMyFunctionCheck()
+PoolFunctionAnswer Function0005::doMyFunctionCheck()
 {
-    return !yourAddText_.isEmpty() || yourAddOption_ ? 1 : -1;
+    if (!yourAddText_.isEmpty() || yourAddOption_)
+        return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
 void Function0005::doMyFunctionMain(const ITunesTrack &track)

@@ -19,7 +19,7 @@ public:
 
     explicit Function0005(FunctionPoolController *pool, QObject *parent = nullptr);
 
-    qint64 doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 

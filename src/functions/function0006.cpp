@@ -75,7 +75,7 @@ void Function0006::doMyFunctionMain(const ITunesTrack &track)
 
     if (yourWriteToComment)
         track.setComment(ov_deletingPathExtension(lastPathComponent(target)));
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 PanelDescription Function0006::panelDescription() const

@@ -23,7 +23,7 @@ class Function0006 : public PoolFunction
 public:
     using PoolFunction::PoolFunction;
 
-    qint64 doMyFunctionCheck() override { return 1; }
+    PoolFunctionAnswer doMyFunctionCheck() override { return PoolStep::GoOn; }
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 

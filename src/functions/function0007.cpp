@@ -25,21 +25,21 @@ void Function0007::setYourOption(qint64 option)
     emit yourOptionChanged();
 }
 
-qint64 Function0007::doMyFunctionCheck()
+PoolFunctionAnswer Function0007::doMyFunctionCheck()
 {
     if (yourDel.isEmpty())
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     if (yourTag1 == 0 && yourTag2 == 0 && yourTag3 == 0 && yourTag4 == 0)
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     if (yourIgnoreFromBeginning < 0)
-        return -2;
-    return 1;
+        return PoolAlertCode::ContradictorySettings;
+    return PoolStep::GoOn;
 }
 
 void Function0007::writePart(const ITunesTrack &track, qint64 tag, const QString &part) const
 {
     AppToDo::pushTrackTag(track, tag, part);
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0007::doMyFunctionMain(const ITunesTrack &track)

@@ -20,7 +20,7 @@ class Function0007 : public PoolFunction
 public:
     using PoolFunction::PoolFunction;
 
-    qint64 doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 

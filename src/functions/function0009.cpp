@@ -16,15 +16,15 @@ const PoolFunctionRegistry::Registration registration(
 
 } // namespace
 
-qint64 Function0009::doMyFunctionCheck()
+PoolFunctionAnswer Function0009::doMyFunctionCheck()
 {
     if (yourDel.isEmpty())
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     if (yourTag1 == 0 && yourTag2 == 0)
-        return -1;
+        return PoolAlertCode::IncompleteSettings;
     if (yourIgnoreFromBeginning < 0 || yourIgnoreFromEnd < 0)
-        return -2;
-    return 1;
+        return PoolAlertCode::ContradictorySettings;
+    return PoolStep::GoOn;
 }
 
 void Function0009::doMyFunctionMain(const ITunesTrack &track)
@@ -57,7 +57,7 @@ void Function0009::doMyFunctionMain(const ITunesTrack &track)
         AppToDo::pushTrackTag(track, yourTag1, first);
         AppToDo::pushTrackTag(track, yourTag2, second);
     }
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 PanelDescription Function0009::panelDescription() const

@@ -18,10 +18,10 @@ Function0010::Function0010(FunctionPoolController *pool, QObject *parent)
 {
 }
 
-qint64 Function0010::doMyFunctionPre()
+PoolFunctionAnswer Function0010::doMyFunctionPre()
 {
     follower_.reset();
-    return 1;
+    return PoolStep::GoOn;
 }
 
 QString Function0010::leadingZero(const QString &text, qint64 tagNo) const
@@ -67,11 +67,11 @@ void Function0010::doMyFunctionMain(const ITunesTrack &track)
         else if (source == album)
             throwRenameRefusal(renamed.reason);
         follower_.folderDidMove(album, source);
-        myFunctionPool()->setYourLogNo(1);
+        myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     }
     if (yourWriteToComment) {
         track.setComment(lastPathComponent(target));
-        myFunctionPool()->setYourLogNo(1);
+        myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     }
 }
 

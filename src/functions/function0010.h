@@ -22,8 +22,8 @@ class Function0010 : public PoolFunction
 public:
     explicit Function0010(FunctionPoolController *pool, QObject *parent = nullptr);
 
-    qint64 doMyFunctionCheck() override { return 1; }
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override { return PoolStep::GoOn; }
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 

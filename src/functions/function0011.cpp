@@ -31,9 +31,11 @@ void Function0011::setYourCountTracks(bool on)
     emit settingsChanged();
 }
 
-qint64 Function0011::doMyFunctionCheck()
+PoolFunctionAnswer Function0011::doMyFunctionCheck()
 {
-    return yourCountTracks_ || yourCountDiscs_ ? 1 : -1;
+    if (yourCountTracks_ || yourCountDiscs_)
+        return PoolStep::GoOn;
+    return PoolAlertCode::IncompleteSettings;
 }
 
 void Function0011::doMyFunctionMain(const ITunesTrack &track)
@@ -51,7 +53,7 @@ void Function0011::doMyFunctionMain(const ITunesTrack &track)
     if (fileFolder == albumFolder) {
         if (yourCountTracks_) {
             track.setTrackCount(filesWithSuffixs(audioSuffixes, albumFolder).size());
-            pool->setYourLogNo(1);
+            pool->setYourLogNo(TrackLogState::Changed);
         }
     } else {
         const QStringList names = entryNames(albumFolder);
@@ -65,13 +67,13 @@ void Function0011::doMyFunctionMain(const ITunesTrack &track)
             track.setTrackCount(yourCountTracksOption_ == kCountAlbum
                                     ? countMusicFilesInAlbumFolder(names, albumFolder, discFolderName, audioSuffixes)
                                     : filesWithSuffixs(audioSuffixes, fileFolder).size());
-            pool->setYourLogNo(1);
+            pool->setYourLogNo(TrackLogState::Changed);
         }
     }
     if (yourCountDiscs_) {
         track.setDiscNumber(discNumber);
         track.setDiscCount(discCount);
-        pool->setYourLogNo(1);
+        pool->setYourLogNo(TrackLogState::Changed);
     }
 }
 

@@ -26,7 +26,7 @@ public:
     void setYourCountTracks(bool on);
     bool enableCountTracksOption() const { return yourCountTracks_; }
 
-    qint64 doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 

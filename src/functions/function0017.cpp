@@ -84,11 +84,11 @@ void Function0017::setYourOptionChoosen(qint64 option)
     emit optionChanged();
 }
 
-qint64 Function0017::doMyFunctionCheck()
+PoolFunctionAnswer Function0017::doMyFunctionCheck()
 {
     yourSel_ = nullptr;
-    switch (yourOptionChoosen_) {
-    case 1:
+    switch (option()) {
+    case Option::TrackInfoToTag:
         if (yourTrackInfoOption_ == kFileName)
             yourSel_ = &Function0017::runFileNameToTag;
         else if (yourTrackInfoOption_ == kFilePath)
@@ -96,30 +96,30 @@ qint64 Function0017::doMyFunctionCheck()
         else if (yourTrackInfoOption_ == kFileSize)
             yourSel_ = &Function0017::runFileSizeToTag;
         else
-            return 0;
+            return PoolStep::Stop;
         yourPerformOn_ = yourPerformOnTrackInfo_;
-        return 1;
-    case 2:
+        return PoolStep::GoOn;
+    case Option::NumberTracks:
         if (yourNumberTracksStartValue_ < 1)
-            return -2;
+            return PoolAlertCode::ContradictorySettings;
         yourSel_ = &Function0017::runNumnberTracks;
         yourNumberTracksStartValueCurrentRun_ = yourNumberTracksStartValue_;
-        return 1;
-    case 3:
+        return PoolStep::GoOn;
+    case Option::DeleteTags:
         if (!anyChosen(deleteTagChoices()))
-            return -1;
+            return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0017::runDeleteTag;
-        return 1;
-    case 4:
+        return PoolStep::GoOn;
+    case Option::RemoveSpaces:
         if (!anyChosen(removeSpacesTagChoices()))
-            return -1;
+            return PoolAlertCode::IncompleteSettings;
         yourSel_ = &Function0017::runRemoveSpaces;
-        return 1;
-    case 5:
+        return PoolStep::GoOn;
+    case Option::SetAlbumArtist:
         yourSel_ = &Function0017::runSetAlbumArtist;
-        return 1;
+        return PoolStep::GoOn;
     default:
-        return 0;
+        return PoolStep::Stop;
     }
 }
 
@@ -139,7 +139,7 @@ QString Function0017::shortenedTrackInfo(const QString &text)
 void Function0017::pushTrackInfo(const ITunesTrack &track, const QString &text)
 {
     AppToDo::pushTrackTag(track, yourPerformOn_, text);
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0017::runFileNameToTag(const ITunesTrack &track)
@@ -161,7 +161,7 @@ void Function0017::runFileSizeToTag(const ITunesTrack &track)
 void Function0017::runNumnberTracks(const ITunesTrack &track)
 {
     track.setTrackNumber(yourNumberTracksStartValueCurrentRun_++);
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0017::runDeleteTag(const ITunesTrack &track)
@@ -170,7 +170,7 @@ void Function0017::runDeleteTag(const ITunesTrack &track)
     for (const TagChoice &choice : deleteTagChoices())
         if (this->*choice.enabled)
             AppToDo::pushTrackTag(track, choice.tag, QString());
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0017::runRemoveSpaces(const ITunesTrack &track)
@@ -190,7 +190,7 @@ QString Function0017::runRemoveSpacesSub(const QString &text)
     removeUnnecessarySpaces(tidied);
     if (tidied == text)
         return {};
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
     return tidied;
 }
 
@@ -198,7 +198,7 @@ void Function0017::runSetAlbumArtist(const ITunesTrack &track)
 {
     // A compilation is named after its album on purpose.
     track.setAlbumArtist(track.compilation() ? track.album() : track.artist());
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 bool Function0017::anyChosen(const QList<TagChoice> &choices) const
@@ -265,7 +265,8 @@ PanelDescription Function0017::panelDescription() const
     tool.choiceLabels = {QStringLiteral("File fact to tag"), QStringLiteral("Number the tracks"),
                          QStringLiteral("Empty tags"), QStringLiteral("Tidy spaces"),
                          QStringLiteral("Album artist from album (compilations) or artist")};
-    tool.choiceValues = {1, 2, 3, 4, 5};
+    tool.choiceValues = {qint64(Option::TrackInfoToTag), qint64(Option::NumberTracks), qint64(Option::DeleteTags),
+                         qint64(Option::RemoveSpaces), qint64(Option::SetAlbumArtist)};
 
     const QString infoGroup = QStringLiteral("File fact to tag");
     PanelField fact{PanelField::Kind::Choice, QStringLiteral("yourTrackInfoOption"), QStringLiteral("Fact")};

@@ -2,9 +2,7 @@
 
 #include "pool/poolfunction.h"
 
-// Organizer function 17: five small tag tools, one per run, chosen by yourOptionChoosen:
-// 1 a file fact (name, path or size) into a tag, 2 track numbers in run order, 3 empty the
-// chosen tags, 4 tidy the spaces of the chosen tags, 5 album artist from album or artist.
+// Organizer function 17: five small tag tools, one per run, chosen by yourOptionChoosen.
 class Function0017 : public PoolFunction
 {
     Q_OBJECT
@@ -63,6 +61,15 @@ class Function0017 : public PoolFunction
     Q_PROPERTY(bool yourRemoveSpacesEpisodenID MEMBER yourRemoveSpacesEpisodenID NOTIFY tagChoicesChanged)
 
 public:
+    // The tools by the number yourOptionChoosen holds.
+    enum class Option : qint64 {
+        TrackInfoToTag = 1, // a file fact (name, path or size) into a tag
+        NumberTracks = 2,   // track numbers in run order
+        DeleteTags = 3,     // empty the chosen tags
+        RemoveSpaces = 4,   // tidy the spaces of the chosen tags
+        SetAlbumArtist = 5, // album artist from album (compilations) or artist
+    };
+
     // yourTrackInfoOption
     static constexpr qint64 kFileName = 1;
     static constexpr qint64 kFilePath = 2;
@@ -72,12 +79,14 @@ public:
 
     qint64 yourOptionChoosen() const { return yourOptionChoosen_; }
     void setYourOptionChoosen(qint64 option);
-    bool enableTrackInfo() const { return yourOptionChoosen_ == 1; }
-    bool enableNumberTracks() const { return yourOptionChoosen_ == 2; }
-    bool enableDeleteTags() const { return yourOptionChoosen_ == 3; }
-    bool enableRemoveSpaces() const { return yourOptionChoosen_ == 4; }
+    // The setting as a tool; a number outside the tools runs nothing.
+    Option option() const { return Option(yourOptionChoosen_); }
+    bool enableTrackInfo() const { return option() == Option::TrackInfoToTag; }
+    bool enableNumberTracks() const { return option() == Option::NumberTracks; }
+    bool enableDeleteTags() const { return option() == Option::DeleteTags; }
+    bool enableRemoveSpaces() const { return option() == Option::RemoveSpaces; }
 
-    qint64 doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     PanelDescription panelDescription() const override;
 
@@ -145,7 +154,7 @@ private:
     qint64 yourNumberTracksStartValueCurrentRun_ = 1; // the next number of the run under way
     qint64 yourPerformOn_ = 0;                        // the tag the run writes to
 
-    qint64 yourOptionChoosen_ = 4;
+    qint64 yourOptionChoosen_ = qint64(Option::RemoveSpaces);
     qint64 yourPerformOnTrackInfo_ = 15;
     qint64 yourTrackInfoOption_ = kFileName;
     qint64 yourNumberTracksStartValue_ = 1;

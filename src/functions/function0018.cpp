@@ -40,9 +40,11 @@ QString Function0018::playlistContainerName()
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-qint64 Function0018::doMyFunctionPre()
+PoolFunctionAnswer Function0018::doMyFunctionPre()
 {
-    return preparePlaylistContainer() ? 1 : -4;
+    if (preparePlaylistContainer())
+        return PoolStep::GoOn;
+    return PoolAlertCode::LibraryPlaylistMissing;
 }
 
 bool Function0018::preparePlaylistContainer()
@@ -112,7 +114,7 @@ void Function0018::doMyFunctionMain(const ITunesTrack &track)
         }
         track.duplicateTo(found);
     }
-    myFunctionPool()->setYourLogNo(1);
+    myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
 void Function0018::doMyFunctionEnd()

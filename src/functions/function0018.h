@@ -30,8 +30,8 @@ public:
     bool enableDel1() const { return yourTag2_ != 0; }
     bool enableDel2() const { return yourTag3_ != 0; }
 
-    qint64 doMyFunctionCheck() override { return 1; }
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override { return PoolStep::GoOn; }
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     void doMyFunctionEnd() override;
     PanelDescription panelDescription() const override;

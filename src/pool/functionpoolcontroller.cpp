@@ -27,8 +27,6 @@ constexpr int kLibraryTrackTimeout = 180;
 
 constexpr qint64 kLibrarySynchronizeFunction = 14;
 constexpr qint64 kLibrarySearchFunction = 15;
-constexpr qint64 kTakesOverResult = 14;
-constexpr qint64 kSkipLoopResult = 2;
 
 const QString kNoLocationPath = QStringLiteral(".../... ?");
 
@@ -75,10 +73,10 @@ FunctionPoolController::~FunctionPoolController()
     yourTunes_.setDelegate(nullptr);
 }
 
-qint64 FunctionPoolController::defaultFunctionTyp(qint64 number)
+PoolTrackSet FunctionPoolController::defaultFunctionTyp(qint64 number)
 {
-    return number == kLibrarySynchronizeFunction || number == kLibrarySearchFunction ? kTypLibrary
-                                                                                     : kTypSelection;
+    return number == kLibrarySynchronizeFunction || number == kLibrarySearchFunction ? PoolTrackSet::Library
+                                                                                     : PoolTrackSet::Selection;
 }
 
 // --- Start of a run
@@ -88,18 +86,18 @@ void FunctionPoolController::clickFunctionRun(qint64 number)
     setRunState(RunState::Checking);
     // The organizer needs the library open, whether or not a media player is running.
     if (!yourTunes_.isRunning()) {
-        showAlertMessage(-10);
+        showAlertMessage(PoolAlertCode::LibraryNotOpen);
         return;
     }
     yourCurrentFunctionNo_ = number;
     if (number < PoolFunctionRegistry::kFirstFunction || number > PoolFunctionRegistry::kLastFunction) {
-        showAlertMessage(0);
+        showAlertMessage(PoolAlertCode::Failure);
         return;
     }
     yourCurrentFunctionTyp_ = defaultFunctionTyp(number);
     yourCurrentFunction_ = myFunction(number);
     if (!yourCurrentFunction_) {
-        PoolAlert alert = alertForCode(0);
+        PoolAlert alert = alertForCode(PoolAlertCode::Failure);
         alert.informativeKey = QStringLiteral("0003.0026");
         yourCurrentFunctionNo_ = 0;
         presentAlert(alert);
@@ -107,28 +105,28 @@ void FunctionPoolController::clickFunctionRun(qint64 number)
         return;
     }
     if (frontEnd_ && frontEnd_->isAltKeyHeld()) {
-        if (yourCurrentFunctionTyp_ == kTypSelection)
-            yourCurrentFunctionTyp_ = kTypLibrary;
+        if (yourCurrentFunctionTyp_ == PoolTrackSet::Selection)
+            yourCurrentFunctionTyp_ = PoolTrackSet::Library;
         else if (number != kLibrarySynchronizeFunction || yourCurrentFunction_->canHandleRunOnSelection())
-            yourCurrentFunctionTyp_ = kTypSelection;
+            yourCurrentFunctionTyp_ = PoolTrackSet::Selection;
     }
 
-    const qint64 gate = checkFunctionRun();
-    if (gate != ServerGateDecision::Run) {
+    const ServerGateDecision::Result gate = checkFunctionRun();
+    if (gate != ServerGateDecision::Result::Run) {
         yourCurrentFunctionNo_ = 0;
-        if (gate == ServerGateDecision::Unreadable)
-            showAlertMessage(-13);
+        if (gate == ServerGateDecision::Result::Unreadable)
+            showAlertMessage(PoolAlertCode::ServerInfoUnreadable);
         else
             setRunState(RunState::Idle);
         return;
     }
 
-    const qint64 check = yourCurrentFunction_->doMyFunctionCheck();
-    if (check < 0) {
-        showAlertMessage(check);
+    const PoolFunctionAnswer check = yourCurrentFunction_->doMyFunctionCheck();
+    if (check.isAlert()) {
+        showAlertMessage(check.alert());
         return;
     }
-    if (check == 0) {
+    if (check.step() == PoolStep::Stop) {
         // The function either asked something (Waiting) or has nothing more to do.
         if (runState_ == RunState::Checking)
             setRunState(RunState::Idle);
@@ -138,17 +136,17 @@ void FunctionPoolController::clickFunctionRun(qint64 number)
         poolFunctionPre();
         return;
     }
-    showAlertMessage(yourCurrentFunctionTyp_ == kTypLibrary     ? 2
-                     : yourCurrentFunctionTyp_ == kTypSelection ? 1
-                                                                : 0);
+    showAlertMessage(yourCurrentFunctionTyp_ == PoolTrackSet::Library     ? PoolAlertCode::ConfirmLibrary
+                     : yourCurrentFunctionTyp_ == PoolTrackSet::Selection ? PoolAlertCode::ConfirmSelection
+                                                                          : PoolAlertCode::Failure);
 }
 
-qint64 FunctionPoolController::checkFunctionRun()
+ServerGateDecision::Result FunctionPoolController::checkFunctionRun()
 {
     const ServerGateDecision decision =
         evaluateServerGateFile(OVApplication::ov_applicationInfoURLForFileHidden(),
                                yourCurrentFunctionNo_);
-    if (decision.result == ServerGateDecision::ShowMessage) {
+    if (decision.result == ServerGateDecision::Result::ShowMessage) {
         PoolAlert alert;
         alert.informativeText = decision.message;
         presentAlert(alert);
@@ -156,7 +154,7 @@ qint64 FunctionPoolController::checkFunctionRun()
     return decision.result;
 }
 
-void FunctionPoolController::showAlertMessage(qint64 code)
+void FunctionPoolController::showAlertMessage(PoolAlertCode code)
 {
     const PoolAlert alert = alertForCode(code);
     if (alert.hasSuppression()) {
@@ -201,25 +199,25 @@ void FunctionPoolController::poolFunctionPre()
 {
     preScheduled_ = false;
     if (!yourCurrentFunction_) {
-        showAlertMessage(0);
+        showAlertMessage(PoolAlertCode::Failure);
         return;
     }
     setRunState(RunState::Preparing);
     poolProgressOpen();
     if (frontEnd_)
         frontEnd_->setCancelEnabled(false);
-    const qint64 result = yourCurrentFunction_->doMyFunctionPre();
-    if (result < 0) {
+    const PoolFunctionAnswer result = yourCurrentFunction_->doMyFunctionPre();
+    if (result.isAlert()) {
         poolProgressClose();
-        showAlertMessage(result);
-    } else if (result == 0) {
+        showAlertMessage(result.alert());
+    } else if (result.step() == PoolStep::Stop) {
         yourCurrentFunctionNo_ = 0;
         poolProgressClose();
         setRunState(RunState::Idle);
-    } else if (result == kTakesOverResult) {
+    } else if (result.step() == PoolStep::OwnWorker) {
         setRunState(RunState::FunctionThread);
     } else {
-        poolFunctionStartThread(result);
+        poolFunctionStartThread(result.step());
     }
 }
 
@@ -246,12 +244,12 @@ void FunctionPoolController::askForFolder(const QString &messageKey,
         finish({});
 }
 
-void FunctionPoolController::poolFunctionStartThread(qint64 number)
+void FunctionPoolController::poolFunctionStartThread(PoolStep step)
 {
     joinWorker();
     setRunState(RunState::Fetching);
     workerRunning_ = true;
-    worker_ = std::thread([this, number] { poolFunctionMain(number); });
+    worker_ = std::thread([this, step] { poolFunctionMain(step); });
 }
 
 void FunctionPoolController::joinWorker()
@@ -262,14 +260,14 @@ void FunctionPoolController::joinWorker()
 
 // --- The worker
 
-void FunctionPoolController::poolFunctionMain(qint64 number)
+void FunctionPoolController::poolFunctionMain(PoolStep step)
 {
     workerThreadId_ = std::this_thread::get_id();
     try {
         // A run that stopped with an alert leaves the state to the alert, which sets idle on
         // the main thread; a second idle from here could land in the next run.
         bool endedNormally = true;
-        if (number == kSkipLoopResult)
+        if (step == PoolStep::NoTrackLoop)
             poolFunctionEnd();
         else
             endedNormally = poolFunctionLoop();
@@ -277,16 +275,16 @@ void FunctionPoolController::poolFunctionMain(qint64 number)
             setRunState(RunState::Idle);
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
-        stopWithAlert(0);
+        stopWithAlert(PoolAlertCode::Failure);
     } catch (...) {
         ExceptionSink::logException(OVException(QStringLiteral("NSGenericException"),
                                                 QStringLiteral("an object that is not an exception was thrown")));
-        stopWithAlert(0);
+        stopWithAlert(PoolAlertCode::Failure);
     }
     workerRunning_ = false;
 }
 
-void FunctionPoolController::stopWithAlert(qint64 code)
+void FunctionPoolController::stopWithAlert(PoolAlertCode code)
 {
     poolProgressClose();
     onMainThread([this, code] { showAlertMessage(code); });
@@ -295,7 +293,7 @@ void FunctionPoolController::stopWithAlert(qint64 code)
 QList<ITunesTrack> FunctionPoolController::fetchTrackSet(bool &libraryMissing)
 {
     QList<ITunesTrack> handles;
-    if (yourCurrentFunctionTyp_ == kTypSelection) {
+    if (yourCurrentFunctionTyp_ == PoolTrackSet::Selection) {
         handles = yourTunes_.selection();
     } else {
         const ITunesLibraryPlaylist playlist = subLibraryPlaylist(subLibrarySource());
@@ -317,7 +315,7 @@ QList<ITunesTrack> FunctionPoolController::fetchTrackSet(bool &libraryMissing)
 bool FunctionPoolController::poolFunctionLoop()
 {
     yourCurrentFunctionCancel_ = false;
-    poolProgressMessage(1);
+    poolProgressMessage(PoolProgressComment::FetchingTracks);
     yourTunes_.setTimeout(kFetchSelectionTimeout);
     yourLastErrorNo_ = 0;
     yourFailedTrackCount_ = 0;
@@ -335,18 +333,19 @@ bool FunctionPoolController::poolFunctionLoop()
     bool libraryMissing = false;
     const QList<ITunesTrack> tracks = fetchTrackSet(libraryMissing);
     if (libraryMissing) {
-        stopWithAlert(-4);
+        stopWithAlert(PoolAlertCode::LibraryPlaylistMissing);
         return false;
     }
     if (yourLastErrorNo_ < 0) {
-        stopWithAlert(-14);
+        stopWithAlert(PoolAlertCode::FetchFailed);
         return false;
     }
-    poolProgressMessage(0);
+    poolProgressMessage(PoolProgressComment::None);
     const qint64 count = tracks.size();
     const qint64 number = yourCurrentFunctionNo_;
     if (count <= 0 && number != kLibrarySynchronizeFunction) {
-        stopWithAlert(yourCurrentFunctionTyp_ == kTypSelection ? -7 : -8);
+        stopWithAlert(yourCurrentFunctionTyp_ == PoolTrackSet::Selection ? PoolAlertCode::NoSelection
+                                                                          : PoolAlertCode::LibraryWithoutTracks);
         return false;
     }
     onMainThread([this, count] { poolProgressValues(count); }, true);
@@ -354,7 +353,10 @@ bool FunctionPoolController::poolFunctionLoop()
         if (frontEnd_)
             frontEnd_->setCancelEnabled(true);
     });
-    onMainThread([this, number] { poolProgressMessage(number == kLibrarySynchronizeFunction ? 2 : 0); }, true);
+    onMainThread([this, number] {
+        poolProgressMessage(number == kLibrarySynchronizeFunction ? PoolProgressComment::CheckingLibrary
+                                                                  : PoolProgressComment::None);
+    }, true);
     // Only a run that found its tracks replaces the logs of the run before.
     myFunctionPoolLog_->emptyLog();
     myFunctionPoolErrorLog_->emptyErrorLog();
@@ -400,11 +402,11 @@ QString FunctionPoolController::trackInfoText(const ITunesTrack &track, const QS
 void FunctionPoolController::poolFunctionPerformOnTrack(const ITunesTrack &track, qint64 counter)
 {
     if (track.as<ITunesFileTrack>().location().isEmpty()) {
-        yourLogNo_ = 5;
+        yourLogNo_ = TrackLogState::NoLocation;
         myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, kNoLocationPath));
         return;
     }
-    yourLogNo_ = 0;
+    yourLogNo_ = TrackLogState::Unchanged;
     QString infoText;
     beginTrack();
     try {
@@ -412,12 +414,12 @@ void FunctionPoolController::poolFunctionPerformOnTrack(const ITunesTrack &track
         // Saved even after a failed write, so that the file and the library agree on the rest.
         track.saveTags();
         if (endTrack())
-            yourLogNo_ = -1;
+            yourLogNo_ = TrackLogState::Error;
         infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
     } catch (const std::exception &exception) {
         if (!endTrack())
             ++yourFailedTrackCount_;
-        yourLogNo_ = -1;
+        yourLogNo_ = TrackLogState::Error;
         myFunctionPoolErrorLog_->addErrorLogEntry(exception);
         infoText = trackInfoText(track, track.as<ITunesFileTrack>().location());
     } catch (...) {
@@ -447,7 +449,7 @@ void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64
         track.saveTags();
         // These functions log their own entries; a failed write adds the track's error.
         if (endTrack()) {
-            yourLogNo_ = -1;
+            yourLogNo_ = TrackLogState::Error;
             myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_,
                                             trackInfoText(track, track.as<ITunesFileTrack>().location()));
         }
@@ -455,12 +457,12 @@ void FunctionPoolController::performLibraryForm(const ITunesTrack &track, qint64
         const bool writeFailed = endTrack();
         QString path = track.as<ITunesFileTrack>().location();
         if (!path.isEmpty()) {
-            yourLogNo_ = -1;
+            yourLogNo_ = TrackLogState::Error;
             if (!writeFailed)
                 ++yourFailedTrackCount_;
             myFunctionPoolErrorLog_->addErrorLogEntry(exception);
         } else {
-            yourLogNo_ = 5;
+            yourLogNo_ = TrackLogState::NoLocation;
             path = kNoLocationPath;
         }
         myFunctionPoolLog_->addLogEntry(track, counter, yourLogNo_, trackInfoText(track, path));
@@ -535,9 +537,9 @@ void FunctionPoolController::poolProgressEmpty()
     });
 }
 
-void FunctionPoolController::poolProgressMessage(qint64 number)
+void FunctionPoolController::poolProgressMessage(PoolProgressComment comment)
 {
-    const QString key = progressCommentKey(number);
+    const QString key = progressCommentKey(comment);
     const QString text = key.isEmpty() ? QString() : ov_localizedString(key);
     onMainThread([this, text] {
         if (frontEnd_)
@@ -622,31 +624,48 @@ QString FunctionPoolController::subMusicFolder() const
 
 // --- Tables
 
-PoolAlert FunctionPoolController::alertForCode(qint64 code)
+PoolAlert FunctionPoolController::alertForCode(PoolAlertCode code)
 {
-    static const QMap<qint64, QString> keys{
-        {-14, "0003.0014"}, {-13, "0003.0025"}, {-12, "0003.0024"}, {-11, "0003.0023"},
-        {-10, "0003.0020"}, {-9, "0003.0018"},  {-8, "0003.0011"},  {-7, "0003.0003"},
-        {-6, "0003.0012"},  {-5, "0003.0010"},  {-4, "0003.0008"},  {-3, "0003.0005"},
-        {-2, "0003.0004"},  {-1, "0003.0002"},  {1, "0003.0015"},   {2, "0003.0016"},
+    using enum PoolAlertCode;
+    static const QMap<PoolAlertCode, QString> keys{
+        {FetchFailed, "0003.0014"},
+        {ServerInfoUnreadable, "0003.0025"},
+        {LyricsSourcesUnreadable, "0003.0024"},
+        {ServerUnreachable, "0003.0023"},
+        {LibraryNotOpen, "0003.0020"},
+        {FunctionUnavailable, "0003.0018"},
+        {LibraryWithoutTracks, "0003.0011"},
+        {NoSelection, "0003.0003"},
+        {MusicFolderIsRoot, "0003.0012"},
+        {MusicFolderMissing, "0003.0010"},
+        {LibraryPlaylistMissing, "0003.0008"},
+        {InvalidSettings, "0003.0005"},
+        {ContradictorySettings, "0003.0004"},
+        {IncompleteSettings, "0003.0002"},
+        {ConfirmSelection, "0003.0015"},
+        {ConfirmLibrary, "0003.0016"},
+        {ConfirmReset, "0003.0017"},
     };
     PoolAlert alert;
     alert.code = code;
     alert.informativeKey = keys.value(code, QStringLiteral("0003.0013"));
-    if (code == 1 || code == 2) {
+    if (code == ConfirmSelection || code == ConfirmLibrary || code == ConfirmReset)
         alert.buttonKeys = {QStringLiteral("0002.0001"), QStringLiteral("0002.0002")};
+    // Only a run's confirmation can be turned off from the alert.
+    if (code == ConfirmSelection || code == ConfirmLibrary)
         alert.suppressionKey = QStringLiteral("0002.0004");
-    }
     return alert;
 }
 
-QString FunctionPoolController::progressCommentKey(qint64 number)
+QString FunctionPoolController::progressCommentKey(PoolProgressComment comment)
 {
-    static const QMap<qint64, QString> keys{
-        {1, "0004.0001"}, {2, "0004.0002"}, {3, "0004.0003"}, {4, "0004.0004"},
-        {5, "0004.0005"}, {6, "0004.0006"}, {7, "0004.0011"}, {8, "0004.0014"},
+    using enum PoolProgressComment;
+    static const QMap<PoolProgressComment, QString> keys{
+        {FetchingTracks, "0004.0001"},   {CheckingLibrary, "0004.0002"}, {LookingForFiles, "0004.0003"},
+        {AddingFiles, "0004.0004"},      {SearchingArtwork, "0004.0005"}, {EmbeddingArtwork, "0004.0006"},
+        {Working, "0004.0011"},          {Finishing, "0004.0014"},
     };
-    return keys.value(number);
+    return keys.value(comment);
 }
 
 // --- Bridge failures and threads

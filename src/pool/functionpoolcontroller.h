@@ -1,7 +1,9 @@
 #pragma once
 
 #include "player/itunes.h"
+#include "pool/functionpoollog.h"
 #include "pool/poolfrontend.h"
+#include "pool/servergate.h"
 
 #include <QMap>
 #include <QObject>
@@ -10,10 +12,25 @@
 #include <mutex>
 #include <thread>
 
-class FunctionPoolErrorLog;
-class FunctionPoolLog;
 class FunctionPoolPreferences;
 class PoolFunction;
+enum class PoolStep : qint64;
+
+// The track sets a run covers.
+enum class PoolTrackSet : qint64 { None = 0, Selection = 1, Library = 2 }; // None: no run yet
+
+// The comments of the progress sheet, by number; None clears it.
+enum class PoolProgressComment : qint64 {
+    None = 0,
+    FetchingTracks = 1,
+    CheckingLibrary = 2,
+    LookingForFiles = 3, // in the music folder
+    AddingFiles = 4,     // to the library
+    SearchingArtwork = 5,
+    EmbeddingArtwork = 6,
+    Working = 7,
+    Finishing = 8,
+};
 
 // The organizer's engine: runs one numbered function at a time over a set of the player's
 // tracks. Decides the track set, asks the server gate, the function and the user, then walks
@@ -31,10 +48,6 @@ public:
     };
     Q_ENUM(RunState)
 
-    // Track sets of a run.
-    static constexpr qint64 kTypSelection = 1;
-    static constexpr qint64 kTypLibrary = 2;
-
     // The default backend must be set first: the engine's connection is made here.
     explicit FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent = nullptr);
     ~FunctionPoolController() override;
@@ -48,44 +61,44 @@ public:
 
     PoolFunction *yourCurrentFunction() const { return yourCurrentFunction_; }
     qint64 yourCurrentFunctionNo() const { return yourCurrentFunctionNo_; }
-    qint64 yourCurrentFunctionTyp() const { return yourCurrentFunctionTyp_; }
+    PoolTrackSet yourCurrentFunctionTyp() const { return yourCurrentFunctionTyp_; }
     bool yourCurrentFunctionCancel() const { return yourCurrentFunctionCancel_; }
     qint64 yourLastErrorNo() const { return yourLastErrorNo_; }
-    qint64 yourLogNo() const { return yourLogNo_; }
-    // Tracks of the last run that ended in an error (state -1).
+    TrackLogState yourLogNo() const { return yourLogNo_; }
+    // Tracks of the last run that ended in an error (TrackLogState::Error).
     qint64 yourFailedTrackCount() const { return yourFailedTrackCount_; }
     // Worker thread, within doMyFunctionMain: whether a write, save or move of the track under
     // way has failed so far (the track then ends as an error whatever the function says).
     bool currentTrackFailed() const;
-    void setYourLogNo(qint64 changeState) { yourLogNo_ = changeState; }
+    void setYourLogNo(TrackLogState changeState) { yourLogNo_ = changeState; }
     const ITunesApplication &yourTunes() const { return yourTunes_; }
     RunState runState() const { return runState_; }
 
     // The track set a function runs on unless the other one is asked for.
-    static qint64 defaultFunctionTyp(qint64 number);
+    static PoolTrackSet defaultFunctionTyp(qint64 number);
 
     // --- User actions, main thread.
     void clickFunctionRun(qint64 number);
     void clickFunctionCancel() { yourCurrentFunctionCancel_ = true; }
 
     // --- For functions.
-    // Continues a run whose doMyFunctionCheck answered 0; main thread.
+    // Continues a run whose doMyFunctionCheck answered Stop; main thread.
     void poolFunctionPre();
     // The same 0.1 s later, as a function does once its own question is answered.
     void poolFunctionPreAfterDelay();
-    // Starts the worker: 2 skips the track loop. Main thread.
-    void poolFunctionStartThread(qint64 number);
+    // Starts the worker: NoTrackLoop skips the track loop. Main thread.
+    void poolFunctionStartThread(PoolStep step);
     // Asks the user for a folder through the front end; an empty answer ends the run.
     void askForFolder(const QString &messageKey, std::function<void(const QString &path)> answer);
-    // Main thread. Codes 1 and 2 are the confirmations; every other code ends the run.
-    void showAlertMessage(qint64 code);
-    // The server gate: 1 run, -1 document unreadable, 0 the gate showed its own message.
-    qint64 checkFunctionRun();
+    // Main thread. The two confirmations ask; every other alert ends the run.
+    void showAlertMessage(PoolAlertCode code);
+    // The server gate; ShowMessage: the gate showed its own message.
+    ServerGateDecision::Result checkFunctionRun();
 
     // Progress, from any thread.
     void poolProgressOpen();
     void poolProgressEmpty();
-    void poolProgressMessage(qint64 number);
+    void poolProgressMessage(PoolProgressComment comment);
     void poolProgressValues(qint64 total);
     void poolProgressUpdate(qint64 counter);
     void poolProgressClose();
@@ -100,8 +113,8 @@ public:
     QString subMusicFolder() const;
 
     // The alert of a code, and the key of a progress comment (empty: none).
-    static PoolAlert alertForCode(qint64 code);
-    static QString progressCommentKey(qint64 number);
+    static PoolAlert alertForCode(PoolAlertCode code);
+    static QString progressCommentKey(PoolProgressComment comment);
 
     void eventDidFail(const QString &className, const QString &operation,
                       const BridgeError &withError) override;
@@ -117,10 +130,10 @@ private:
     void confirmationDidEnd(int returnCode, bool suppressionOn, bool hadSuppression);
 
     // Worker thread.
-    void poolFunctionMain(qint64 number);
+    void poolFunctionMain(PoolStep step);
     bool poolFunctionLoop(); // false when it stopped with an alert
     void poolFunctionEnd();
-    void stopWithAlert(qint64 code); // closes the progress, then the alert on the main thread
+    void stopWithAlert(PoolAlertCode code); // closes the progress, then the alert on the main thread
     QList<ITunesTrack> fetchTrackSet(bool &libraryMissing);
     QString trackInfoText(const ITunesTrack &track, const QString &path) const;
     void poolFunctionPerformOnTrack(const ITunesTrack &track, qint64 counter);
@@ -141,10 +154,10 @@ private:
 
     PoolFunction *yourCurrentFunction_ = nullptr;
     std::atomic<qint64> yourCurrentFunctionNo_{0};
-    qint64 yourCurrentFunctionTyp_ = 0;
+    PoolTrackSet yourCurrentFunctionTyp_ = PoolTrackSet::None;
     std::atomic<bool> yourCurrentFunctionCancel_{false};
     std::atomic<qint64> yourLastErrorNo_{0};
-    qint64 yourLogNo_ = 0; // worker only
+    TrackLogState yourLogNo_ = TrackLogState::Unchanged; // worker only
     std::atomic<qint64> yourFailedTrackCount_{0};
     // Failed writes reported by the bridge while a track is under way on the worker.
     struct TrackFailure

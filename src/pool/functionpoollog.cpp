@@ -40,30 +40,32 @@ FunctionPoolLog::FunctionPoolLog(FunctionPoolController *pool, FunctionPoolPrefe
 {
 }
 
-QString FunctionPoolLog::iconForChangeState(qint64 changeState)
+QString FunctionPoolLog::iconForChangeState(TrackLogState changeState)
 {
     switch (changeState) {
-    case 0: return QStringLiteral("OVImageStatusLogUnchanged");
-    case 1:
-    case 4: return QStringLiteral("OVImageStatusLogChanged");
-    case 2: return QStringLiteral("OVImageStatusLogRemoved");
-    case 3:
-    case 5: return QStringLiteral("OVImageStatusLogMissing");
-    case 6: return QStringLiteral("OVImageStatusLogAdded");
-    default: return QStringLiteral("OVImageStatusLogError");
+    case TrackLogState::Unchanged: return QStringLiteral("OVImageStatusLogUnchanged");
+    case TrackLogState::Changed:
+    case TrackLogState::Refreshed: return QStringLiteral("OVImageStatusLogChanged");
+    case TrackLogState::Removed: return QStringLiteral("OVImageStatusLogRemoved");
+    case TrackLogState::Missing:
+    case TrackLogState::NoLocation: return QStringLiteral("OVImageStatusLogMissing");
+    case TrackLogState::Added: return QStringLiteral("OVImageStatusLogAdded");
+    case TrackLogState::Error: break;
     }
+    // Error, and any number outside the set.
+    return QStringLiteral("OVImageStatusLogError");
 }
 
-bool FunctionPoolLog::isLogged(qint64 changeState) const
+bool FunctionPoolLog::isLogged(TrackLogState changeState) const
 {
-    if (changeState == 0)
+    if (changeState == TrackLogState::Unchanged)
         return !preferences_ || preferences_->prefLogUnchangedTracks();
-    if (changeState == 1)
+    if (changeState == TrackLogState::Changed)
         return !preferences_ || preferences_->prefLogChangedTracks();
     return true;
 }
 
-void FunctionPoolLog::addLogEntry(const ITunesTrack &, qint64, qint64 changeState,
+void FunctionPoolLog::addLogEntry(const ITunesTrack &, qint64, TrackLogState changeState,
                                   const QString &infoText)
 {
     if (!isLogged(changeState))

@@ -8,6 +8,19 @@
 class FunctionPoolController;
 class FunctionPoolPreferences;
 
+// What happened to a track in a run, as the change log shows it and orvane-cli prints it. Only
+// Unchanged and Changed are subject to the log filters.
+enum class TrackLogState : qint64 {
+    Error = -1, // a write failed or the function raised; the error log says why
+    Unchanged = 0,
+    Changed = 1,
+    Removed = 2,    // taken out of the library (library functions)
+    Missing = 3,    // its file is gone (library functions)
+    Refreshed = 4,  // changed by the library functions, logged whatever the filters
+    NoLocation = 5, // a track without a file
+    Added = 6,      // a file added to the library
+};
+
 // The change log of the last run: one entry per track worth reporting, each a map of "Icon"
 // (the name of a status image, mapped to a picture by the window) and "InfoText". The model
 // lives on the main thread; the engine's worker adds entries without waiting and empties the
@@ -23,11 +36,11 @@ public:
                     QObject *parent = nullptr);
 
     // The image name of a change state; whether a state is logged depends on the filters.
-    static QString iconForChangeState(qint64 changeState);
-    bool isLogged(qint64 changeState) const;
+    static QString iconForChangeState(TrackLogState changeState);
+    bool isLogged(TrackLogState changeState) const;
 
     // Any thread. The track and counter are not kept.
-    void addLogEntry(const ITunesTrack &track, qint64 trackCounter, qint64 changeState,
+    void addLogEntry(const ITunesTrack &track, qint64 trackCounter, TrackLogState changeState,
                      const QString &infoText);
     // Any thread; returns once the table is empty.
     void emptyLog();
@@ -43,7 +56,7 @@ public:
 
 signals:
     // After an entry was added; the state travels with it for front ends that print it.
-    void logEntryAdded(qint64 changeState, const QString &infoText);
+    void logEntryAdded(TrackLogState changeState, const QString &infoText);
 
 private:
     FunctionPoolController *myFunctionPool_;

@@ -1,6 +1,7 @@
 #include "pool/functionpoolpreferences.h"
 
 #include "additions/ovapplication.h"
+#include "pool/functionpoolcontroller.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -85,51 +86,48 @@ void FunctionPoolPreferences::closeFunctionPool()
         QDir(prefAppSupportLocationTmp()).removeRecursively();
 }
 
-qint64 FunctionPoolPreferences::validatePreferences()
+PoolPreferencesAlert FunctionPoolPreferences::validatePreferences()
 {
     if (prefArtworkFrontPosition() <= 0 || prefArtworkBackPosition() <= 0)
-        return -1;
+        return PoolPreferencesAlert::ContradictorySettings;
     if (prefArtworkFrontPosition() == prefArtworkBackPosition() || prefArtworkFrontSuffix().isEmpty()
         || prefArtworkBackSuffix().isEmpty()
         || prefArtworkFrontSuffix().compare(prefArtworkBackSuffix(), Qt::CaseInsensitive) == 0
         || prefAlbumDiscFolderName().isEmpty() || prefFileAudioSuffixs().isEmpty())
-        return -2;
+        return PoolPreferencesAlert::InvalidSettings;
     prefFileAudioSuffixList_ = prefFileAudioSuffixs().split(kSuffixSeparator);
     if (prefFileImageSuffixs().isEmpty())
-        return -2;
+        return PoolPreferencesAlert::InvalidSettings;
     prefFileImageSuffixList_ = prefFileImageSuffixs().split(kSuffixSeparator);
-    return 0;
+    return PoolPreferencesAlert::None;
 }
 
-qint64 FunctionPoolPreferences::closePreferencesPanel()
+PoolPreferencesAlert FunctionPoolPreferences::closePreferencesPanel()
 {
-    const qint64 result = validatePreferences();
-    if (result == 0)
+    const PoolPreferencesAlert result = validatePreferences();
+    if (result == PoolPreferencesAlert::None)
         saveUserPreferences();
     return result;
 }
 
-PoolAlert FunctionPoolPreferences::preferencesAlert(qint64 value)
+PoolAlert FunctionPoolPreferences::preferencesAlert(PoolPreferencesAlert value)
 {
-    PoolAlert alert;
-    alert.code = value;
     switch (value) {
-    case 2:
-        alert.informativeKey = QStringLiteral("0003.0017");
-        alert.buttonKeys = {QStringLiteral("0002.0001"), QStringLiteral("0002.0002")};
-        break;
-    case -1: alert.informativeKey = QStringLiteral("0003.0004"); break;
-    case -2: alert.informativeKey = QStringLiteral("0003.0005"); break;
-    default: alert.informativeKey = QStringLiteral("0003.0013"); break;
+    case PoolPreferencesAlert::ConfirmReset: return FunctionPoolController::alertForCode(PoolAlertCode::ConfirmReset);
+    case PoolPreferencesAlert::ContradictorySettings:
+        return FunctionPoolController::alertForCode(PoolAlertCode::ContradictorySettings);
+    case PoolPreferencesAlert::InvalidSettings:
+        return FunctionPoolController::alertForCode(PoolAlertCode::InvalidSettings);
+    case PoolPreferencesAlert::None: break;
     }
-    return alert;
+    return FunctionPoolController::alertForCode(PoolAlertCode::Failure);
 }
 
 void FunctionPoolPreferences::tryResetPreferences(PoolFrontEnd *frontEnd)
 {
     if (!frontEnd)
         return;
-    frontEnd->presentAlert(preferencesAlert(2), [this](int returnCode, bool) {
+    frontEnd->presentAlert(preferencesAlert(PoolPreferencesAlert::ConfirmReset), [this](int returnCode, bool) {
         if (returnCode != kAlertFirstButtonReturn)
             return;
         resetUserPreferences();

@@ -7,6 +7,15 @@
 
 class FunctionPoolController;
 
+// The alerts of the preferences sheet by number: the two failures that refuse the sheet, and
+// the question before a reset. None: the settings may be saved.
+enum class PoolPreferencesAlert : qint64 {
+    None = 0,
+    ContradictorySettings = -1,
+    InvalidSettings = -2,
+    ConfirmReset = 2,
+};
+
 // The organizer's settings: fixed values and paths set once, and the user's settings in
 // "Organizer"/"Preferences".plist, edited on the preferences sheet. Owns the organizer's
 // folder and its temporary folder, which is emptied by openFunctionPool() and removed by
@@ -39,13 +48,13 @@ public:
     // End of the organizer: settings saved, temporary folder deleted.
     void closeFunctionPool();
 
-    // The checks of the preferences sheet in order: 0 when the settings may be saved, else the
-    // alert code (-1, -2) of the first failure. Rebuilds the suffix lists on the way.
-    qint64 validatePreferences();
+    // The checks of the preferences sheet in order: None when the settings may be saved, else
+    // the alert of the first failure. Rebuilds the suffix lists on the way.
+    PoolPreferencesAlert validatePreferences();
     // Validates and, when the settings pass, saves them. The result as validatePreferences().
-    qint64 closePreferencesPanel();
-    // The alerts of the preferences sheet: 2 asks before a reset, -1 and -2 refuse the sheet.
-    static PoolAlert preferencesAlert(qint64 value);
+    PoolPreferencesAlert closePreferencesPanel();
+    // The alert the sheet shows; the same texts as the engine's alerts of those meanings.
+    static PoolAlert preferencesAlert(PoolPreferencesAlert value);
     // Asks through the front end and resets on the first button.
     void tryResetPreferences(PoolFrontEnd *frontEnd);
 

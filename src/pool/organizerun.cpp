@@ -79,7 +79,7 @@ int OrganizeRun::describeFunction(qint64 number, QTextStream &out, QTextStream &
     const auto entry = std::find_if(entries.begin(), entries.end(),
                                     [number](const auto &e) { return e.number == number; });
     if (entry == entries.end()) {
-        PoolAlert alert = FunctionPoolController::alertForCode(0);
+        PoolAlert alert = FunctionPoolController::alertForCode(PoolAlertCode::Failure);
         if (number >= PoolFunctionRegistry::kFirstFunction && number <= PoolFunctionRegistry::kLastFunction)
             alert.informativeKey = QStringLiteral("0003.0026");
         err << alert.informativeKey << ": " << alert.informativeTextShown() << '\n';
@@ -162,7 +162,7 @@ int OrganizeRun::failRequest(const QString &problem)
 
 bool OrganizeRun::prepareTrackSet(FunctionPoolController &pool, const OrganizeRequest &request)
 {
-    const qint64 wanted = request.all ? FunctionPoolController::kTypLibrary : FunctionPoolController::kTypSelection;
+    const PoolTrackSet wanted = request.all ? PoolTrackSet::Library : PoolTrackSet::Selection;
     altKeyHeld_ = wanted != FunctionPoolController::defaultFunctionTyp(request.number);
     if (request.all)
         return true;
@@ -193,8 +193,8 @@ int OrganizeRun::run(const OrganizeRequest &request)
     prepareTrackSet(pool, request);
 
     QObject::connect(pool.myFunctionPoolLog(), &FunctionPoolLog::logEntryAdded,
-                     [this](qint64 state, const QString &info) {
-                         out_ << "{\"state\": " << state << ", \"info\": " << jsonString(info) << "}\n";
+                     [this](TrackLogState state, const QString &info) {
+                         out_ << "{\"state\": " << qint64(state) << ", \"info\": " << jsonString(info) << "}\n";
                          out_.flush();
                      });
     QObject::connect(pool.myFunctionPoolErrorLog(), &FunctionPoolErrorLog::errorLogEntryAdded,

@@ -5,13 +5,36 @@
 
 #include <functional>
 
+// The organizer's alerts by number; the numbers are the ones the engine and its functions have
+// always used. Negative codes end a run, 1 and 2 ask whether to run.
+enum class PoolAlertCode : qint64 {
+    FetchFailed = -14, // the library failed while the tracks were fetched
+    ServerInfoUnreadable = -13,
+    LyricsSourcesUnreadable = -12,
+    ServerUnreachable = -11,
+    LibraryNotOpen = -10,
+    FunctionUnavailable = -9,
+    LibraryWithoutTracks = -8, // no tracks with files in the library
+    NoSelection = -7,
+    MusicFolderIsRoot = -6,
+    MusicFolderMissing = -5,
+    LibraryPlaylistMissing = -4,
+    InvalidSettings = -3,
+    ContradictorySettings = -2,
+    IncompleteSettings = -1,
+    Failure = 0, // anything else: "something went wrong", the run stops
+    ConfirmSelection = 1,
+    ConfirmLibrary = 2,
+    ConfirmReset = 3, // reset the organizer's settings (preferences sheet, not the engine)
+};
+
 // An alert of the organizer as its front end shows it: a message, an informative text, one or
 // two buttons and, for the confirmations, a suppression check box. Texts are given by key;
 // informativeText, when set, is shown instead of the text of informativeKey (the server's own
 // messages have no key).
 struct PoolAlert
 {
-    qint64 code = 0;
+    PoolAlertCode code = PoolAlertCode::Failure;
     QString messageKey = QStringLiteral("0003.0001");
     QString informativeKey;
     QString informativeText;
@@ -21,6 +44,7 @@ struct PoolAlert
     QString messageText() const;
     QString informativeTextShown() const;
     bool hasSuppression() const { return !suppressionKey.isEmpty(); }
+    bool isWarning() const { return code < PoolAlertCode::Failure; }
 };
 
 // Return codes of an alert's buttons, first and second.

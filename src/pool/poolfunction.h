@@ -2,15 +2,44 @@
 
 #include "player/itunes.h"
 #include "pool/paneldescription.h"
+#include "pool/poolfrontend.h"
 
 #include <QObject>
 
 class FunctionPoolController;
 
+// How a run goes on after a function's check or preparation.
+enum class PoolStep : qint64 {
+    Stop = 0,        // quietly: the function shows something itself or goes on later
+    GoOn = 1,        // the run goes on; after the preparation, with the track loop
+    NoTrackLoop = 2, // the worker only ends the run (doMyFunctionEnd)
+    OwnWorker = 14,  // the function starts the worker itself (poolFunctionStartThread)
+};
+
+// The answer of a function's check or preparation: a step, or an alert that ends the run.
+class PoolFunctionAnswer
+{
+public:
+    constexpr PoolFunctionAnswer(PoolStep step) : number_(qint64(step)) {}
+    constexpr PoolFunctionAnswer(PoolAlertCode alert) : number_(qint64(alert)), isAlert_(true) {}
+
+    constexpr bool isAlert() const { return isAlert_; }
+    constexpr PoolAlertCode alert() const { return isAlert_ ? PoolAlertCode(number_) : PoolAlertCode::Failure; }
+    constexpr PoolStep step() const { return isAlert_ ? PoolStep::Stop : PoolStep(number_); }
+    // The number functions have always answered: an alert's code or the step's number.
+    constexpr qint64 number() const { return number_; }
+
+    friend constexpr bool operator==(const PoolFunctionAnswer &, const PoolFunctionAnswer &) = default;
+
+private:
+    qint64 number_;
+    bool isAlert_ = false;
+};
+
 // Base of the numbered organizer functions. A function validates its settings, prepares a run,
 // handles one track at a time and finishes; it tells the engine what happened to a track only
-// through myFunctionPool()->setYourLogNo(1) and by letting an exception pass. Threads, progress
-// and logs are the engine's business.
+// through myFunctionPool()->setYourLogNo(TrackLogState::Changed) and by letting an exception
+// pass. Threads, progress and logs are the engine's business.
 //
 // Settings are Q_PROPERTYs of the subclass under their own names, so that panels bind to them
 // and orvane-cli sets them by name. Lives on the main thread; doMyFunctionMain and
@@ -24,13 +53,12 @@ public:
 
     FunctionPoolController *myFunctionPool() const { return myFunctionPool_; }
 
-    // Main thread. Negative: an alert code; 0: stop (the function shows something itself or
-    // continues later through poolFunctionPreAfterDelay); positive: go on.
-    virtual qint64 doMyFunctionCheck() = 0;
-    // Main thread, progress sheet up. Negative: alert code; 0: stop; 14: the function starts
-    // the worker itself (poolFunctionStartThread); 2: no track loop; other: the track loop.
-    // Most functions have nothing to prepare and go on.
-    virtual qint64 doMyFunctionPre() { return 1; }
+    // Main thread. An alert, Stop (the function shows something itself or continues later
+    // through poolFunctionPreAfterDelay) or GoOn.
+    virtual PoolFunctionAnswer doMyFunctionCheck() = 0;
+    // Main thread, progress sheet up. An alert, or any step. Most functions have nothing to
+    // prepare and go on.
+    virtual PoolFunctionAnswer doMyFunctionPre() { return PoolStep::GoOn; }
     // Worker thread, once per track; counters start at 0.
     virtual void doMyFunctionMain(const ITunesTrack &track) = 0;
     // Worker thread, after the last track or after cancel.

@@ -38,7 +38,7 @@ int nodeCount(const XPathResult &result)
 
 ServerGateDecision evaluateServerGate(const QByteArray &document, qint64 functionNumber)
 {
-    const ServerGateDecision unreadable{ServerGateDecision::Unreadable, {}};
+    const ServerGateDecision unreadable{ServerGateDecision::Result::Unreadable, {}};
     std::unique_ptr<xmlDoc, DocumentFree> doc(
         xmlReadMemory(document.constData(), int(document.size()), nullptr, nullptr,
                       XML_PARSE_RECOVER | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
@@ -61,20 +61,20 @@ ServerGateDecision evaluateServerGate(const QByteArray &document, qint64 functio
         if (nodeCount(run) == 0)
             continue;
         if (boolValue(nodeText(run->nodesetval->nodeTab[0])))
-            return {ServerGateDecision::Run, {}};
+            return {ServerGateDecision::Result::Run, {}};
         const XPathResult message = evaluate(context.get(), id->parent, "Message");
         if (nodeCount(message) > 0)
-            return {ServerGateDecision::ShowMessage, nodeText(message->nodesetval->nodeTab[0])};
+            return {ServerGateDecision::Result::ShowMessage, nodeText(message->nodesetval->nodeTab[0])};
     }
-    return {ServerGateDecision::Run, {}};
+    return {ServerGateDecision::Result::Run, {}};
 }
 
 ServerGateDecision evaluateServerGateFile(const QString &path, qint64 functionNumber)
 {
     QFile file(path);
     if (path.isEmpty() || !file.exists())
-        return {ServerGateDecision::Run, {}};
+        return {ServerGateDecision::Result::Run, {}};
     if (!file.open(QIODevice::ReadOnly))
-        return {ServerGateDecision::Unreadable, {}};
+        return {ServerGateDecision::Result::Unreadable, {}};
     return evaluateServerGate(file.readAll(), functionNumber);
 }

@@ -7,8 +7,8 @@
 // FunctionPool/Functions/Function elements with ID, Run and Message.
 struct ServerGateDecision
 {
-    enum Result : qint64 { Unreadable = -1, ShowMessage = 0, Run = 1 };
-    qint64 result = Run;
+    enum class Result : qint64 { Unreadable = -1, ShowMessage = 0, Run = 1 };
+    Result result = Result::Run;
     QString message; // for ShowMessage
 };
 

@@ -292,9 +292,9 @@ TEST_F(AppControllerTest, ModeComesFromTheStoredValueOrTheAltKey)
 {
     struct Row { int stored; bool alt; qint64 mode; };
     for (const Row row : {Row{0, false, 1}, Row{1, false, 1}, Row{3, false, 1}, Row{2, false, 2}, Row{1, true, 2}}) {
-        QVariantMap general = PropertyList::readMap(AppPreferences::locationToPreferences(4));
+        QVariantMap general = PropertyList::readMap(AppPreferences::locationToPreferences(PreferenceLocation::General));
         general["LaunchMode"] = row.stored;
-        ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(4), general));
+        ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(PreferenceLocation::General), general));
         Log runLog;
         FakeUi runUi(runLog);
         FakeFactory runFactory(runLog);
@@ -306,13 +306,13 @@ TEST_F(AppControllerTest, ModeComesFromTheStoredValueOrTheAltKey)
             EXPECT_EQ(launched.yourTunes().isNull(), row.mode == 2);
             EXPECT_EQ(launched.yourFunctionPoolWindowController() != nullptr, row.mode == 2);
         }
-        EXPECT_EQ(PropertyList::readMap(AppPreferences::locationToPreferences(4)).value("LaunchMode").toInt(), row.stored);
+        EXPECT_EQ(PropertyList::readMap(AppPreferences::locationToPreferences(PreferenceLocation::General)).value("LaunchMode").toInt(), row.stored);
     }
 }
 
 TEST_F(AppControllerTest, TerminateRefusesUnderAModalWindow)
 {
-    const QString general = AppPreferences::locationToPreferences(4);
+    const QString general = AppPreferences::locationToPreferences(PreferenceLocation::General);
     QFile::remove(general);
     controller.clickNavigationMenuFunctionPool();
     log.clear();
@@ -332,7 +332,7 @@ TEST_F(AppControllerTest, TerminateSavesClosesInOrderAndQuitsAfterTheFade)
     controller.clickNavigationMenuShowLyrics();
     controller.chooseOptionPreferences();
     controller.clickNavigationMenuFunctionPool();
-    const QString general = AppPreferences::locationToPreferences(4);
+    const QString general = AppPreferences::locationToPreferences(PreferenceLocation::General);
     QFile::remove(general);
     log.clear();
     controller.chooseOptionTerminate();

@@ -26,7 +26,7 @@ const QVariantMap kDefaults{
 
 QString generalFile()
 {
-    return AppPreferences::locationToPreferences(4);
+    return AppPreferences::locationToPreferences(PreferenceLocation::General);
 }
 
 // Compares numerically, so 1 and 1LL and true and 1 are the same setting.
@@ -128,7 +128,7 @@ TEST(AppPreferences, LocationsByNumber)
         {10, ""},                                    {-4, ""},
     };
     for (const auto &[number, below] : table)
-        EXPECT_EQ(AppPreferences::locationToPreferences(number), below.isEmpty() ? QString() : version + below)
+        EXPECT_EQ(AppPreferences::locationToPreferences(PreferenceLocation(number)), below.isEmpty() ? QString() : version + below)
             << number;
 }
 

@@ -22,9 +22,9 @@ void writeOld(const QString &below, const QVariantMap &map)
     ASSERT_TRUE(PropertyList::write(oldFile(below), map));
 }
 
-QVariantMap newFile(int number)
+QVariantMap newFile(PreferenceLocation location)
 {
-    return PropertyList::readMap(AppPreferences::locationToPreferences(number));
+    return PropertyList::readMap(AppPreferences::locationToPreferences(location));
 }
 
 bool oldTreeExists()
@@ -39,14 +39,14 @@ TEST(PreferencesMigration, NothingToCarryOver)
     AppPreferences own;
     AppPreferences *preferences = &own;
     EXPECT_FALSE(preferences->deprecatedPreferencsConvert());
-    EXPECT_FALSE(QFileInfo::exists(AppPreferences::locationToPreferences(4)));
+    EXPECT_FALSE(QFileInfo::exists(AppPreferences::locationToPreferences(PreferenceLocation::General)));
 
     // An old tree is left alone once the current one has general settings.
     writeOld("Preferences/Application.plist", {{"UseLastFM", true}});
-    ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(4), QVariantMap{{"UseLastFM", false}}));
+    ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(PreferenceLocation::General), QVariantMap{{"UseLastFM", false}}));
     EXPECT_FALSE(preferences->deprecatedPreferencsConvert());
     EXPECT_TRUE(oldTreeExists());
-    EXPECT_FALSE(newFile(4).value("UseLastFM").toBool());
+    EXPECT_FALSE(newFile(PreferenceLocation::General).value("UseLastFM").toBool());
 }
 
 TEST(PreferencesMigration, CarriesEveryFileOverOnceAndRewritesItsKeys)
@@ -63,7 +63,7 @@ TEST(PreferencesMigration, CarriesEveryFileOverOnceAndRewritesItsKeys)
     writeOld("FunctionPool/SearchSets.plist", {{"Sets", QVariantList{"a"}}});
     writeOld("FunctionPool/Scripts.plist", {{"Scripts", QVariantList{}}});
     // A file of the current tree is never overwritten.
-    ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(2), QVariantMap{{"Mine", true}}));
+    ASSERT_TRUE(PropertyList::write(AppPreferences::locationToPreferences(PreferenceLocation::LyricsWindow), QVariantMap{{"Mine", true}}));
     writeOld("Preferences/TrackLyricsWindow.plist", {{"Theirs", true}});
 
     AppPreferences own;
@@ -71,19 +71,19 @@ TEST(PreferencesMigration, CarriesEveryFileOverOnceAndRewritesItsKeys)
     ASSERT_TRUE(preferences->deprecatedPreferencsConvert());
     EXPECT_FALSE(oldTreeExists());
 
-    const QVariantMap general = newFile(4);
+    const QVariantMap general = newFile(PreferenceLocation::General);
     EXPECT_TRUE(general.value("UseLastFM").toBool());
     EXPECT_TRUE(general.value("UseAutoLove").toBool());
     EXPECT_EQ(general.value("UseAutoLoveValue").toInt(), 70);
     EXPECT_TRUE(general.value("LaunchMeOnLogin").toBool());
     EXPECT_TRUE(general.value("LaunchYourTunes").toBool());
 
-    EXPECT_EQ(newFile(1), (QVariantMap{{"Opacity", 0.5}}));
-    EXPECT_EQ(newFile(2), (QVariantMap{{"Mine", true}}));
-    EXPECT_EQ(newFile(3), (QVariantMap{{"UserName", "someone"}}));
-    EXPECT_EQ(newFile(9), (QVariantMap{{"YourTunesLoved", binding}, {"PlayPause", binding}}));
-    EXPECT_EQ(newFile(8), (QVariantMap{{"NotifyRatingValue", 3}, {"Other", 1}}));
-    EXPECT_EQ(newFile(7), (QVariantMap{{"DesignLove", true}}));
+    EXPECT_EQ(newFile(PreferenceLocation::TrackInfoWindow), (QVariantMap{{"Opacity", 0.5}}));
+    EXPECT_EQ(newFile(PreferenceLocation::LyricsWindow), (QVariantMap{{"Mine", true}}));
+    EXPECT_EQ(newFile(PreferenceLocation::LastFm), (QVariantMap{{"UserName", "someone"}}));
+    EXPECT_EQ(newFile(PreferenceLocation::KeyBindings), (QVariantMap{{"YourTunesLoved", binding}, {"PlayPause", binding}}));
+    EXPECT_EQ(newFile(PreferenceLocation::Rating), (QVariantMap{{"NotifyRatingValue", 3}, {"Other", 1}}));
+    EXPECT_EQ(newFile(PreferenceLocation::StatusItem), (QVariantMap{{"DesignLove", true}}));
     EXPECT_TRUE(QFileInfo::exists(OVApplication::ov_applicationOrganizerURLForPlistSearchAndReplaceSets()));
     EXPECT_TRUE(QFileInfo::exists(OVApplication::ov_applicationOrganizerURLForPlistScripts()));
     EXPECT_FALSE(QFileInfo::exists(OVApplication::ov_applicationOrganizerURLForPlistPreferences()));
@@ -95,5 +95,5 @@ TEST(PreferencesMigration, CarriesEveryFileOverOnceAndRewritesItsKeys)
 
     writeOld("Preferences/Application.plist", {{"UseLastFM", false}});
     EXPECT_FALSE(preferences->deprecatedPreferencsConvert());
-    EXPECT_TRUE(newFile(4).value("UseLastFM").toBool());
+    EXPECT_TRUE(newFile(PreferenceLocation::General).value("UseLastFM").toBool());
 }

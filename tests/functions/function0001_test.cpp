@@ -94,7 +94,7 @@ TEST_F(SearchReplaceTest, EachModeFindsAndReplacesAsItsRuleSays)
         EXPECT_EQ(runOnName(c.tag), c.expected) << c.what;
         const bool changed = c.expected != c.tag;
         EXPECT_EQ(player->writeCount(Prop::name), changed ? 1 : 0) << c.what;
-        EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(changed ? 1 : 0)) << c.what;
+        EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(changed ? TrackLogState::Changed : TrackLogState::Unchanged)) << c.what;
     }
 }
 
@@ -112,7 +112,7 @@ TEST_F(SearchReplaceTest, TidiedSpacesAloneCountAsAChange)
 {
     setPanel(1, true, "nowhere", "x");
     EXPECT_EQ(runOnName(" A  B "), "A B");
-    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(1));
+    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(TrackLogState::Changed));
 
     searchReplace()->yourRemoveSpaces = false;
     EXPECT_EQ(runOnName(" A  B "), " A  B ");
@@ -121,13 +121,13 @@ TEST_F(SearchReplaceTest, TidiedSpacesAloneCountAsAChange)
 
 TEST_F(SearchReplaceTest, WordModeSetsShareTheWordListUntilSomethingChanges)
 {
-    searchReplace()->searchSetsModel()->setSearchSets({{"xx", "y", 1, 3}, {"ft", "xx", 1, 1}, {"feat", "f", 1, 4}});
+    searchReplace()->searchSetsModel()->setSearchSets({{"xx", "y", 1, SearchMode::WordEnd}, {"ft", "xx", 1, SearchMode::Everywhere}, {"feat", "f", 1, SearchMode::WholeWord}});
     setPanel(2, true, "qq", "z");
     // Without the rebuild after the change by mode 1, the last set would scan the old words.
     EXPECT_EQ(runOnName("ft feat"), "xx f");
     EXPECT_EQ(searchReplace()->wordListBuildCount(), 2);
 
-    searchReplace()->searchSetsModel()->setSearchSets({{"xx", "y", 1, 3}, {"yy", "z", 1, 8}});
+    searchReplace()->searchSetsModel()->setSearchSets({{"xx", "y", 1, SearchMode::WordEnd}, {"yy", "z", 1, SearchMode::FirstInWord}});
     EXPECT_EQ(runOnName("ft feat"), "ft feat");
     EXPECT_EQ(searchReplace()->wordListBuildCount(), 1);
 }
@@ -135,7 +135,7 @@ TEST_F(SearchReplaceTest, WordModeSetsShareTheWordListUntilSomethingChanges)
 TEST_F(SearchReplaceTest, ThePanelSetRunsBeforeTheSavedSetsInTheirOrder)
 {
     PropertyList::write(OVApplication::ov_applicationOrganizerURLForPlistSearchAndReplaceSets(),
-                        QVariantList{SearchSet{"b", "c", 0, 1}.toMap(), SearchSet{"c", "d", 0, 1}.toMap()});
+                        QVariantList{SearchSet{"b", "c", 0, SearchMode::Everywhere}.toMap(), SearchSet{"c", "d", 0, SearchMode::Everywhere}.toMap()});
     searchReplace()->reloadSearchSets();
     setPanel(1, false, "a", "b");
     EXPECT_EQ(runOnName("a"), "d");
@@ -151,25 +151,25 @@ TEST_F(SearchReplaceTest, AnInvalidPatternIsOneErrorPerTrack)
     EXPECT_EQ(pool->myFunctionPoolErrorLog()->yourErrorLogEntries().size(), 3);
     for (const MemoryObjectPtr &track : tracks)
         EXPECT_TRUE(track->stored(Prop::name).toString().startsWith("Track"));
-    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(-1));
+    EXPECT_EQ(lastIcon(), FunctionPoolLog::iconForChangeState(TrackLogState::Error));
 }
 
 TEST_F(SearchReplaceTest, CheckRefusesRunsWithoutTagsOrTexts)
 {
     Function0001 *f = searchReplace();
-    EXPECT_EQ(f->doMyFunctionCheck(), 1);
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolStep::GoOn);
     f->yourSearchText.clear();
     f->yourReplaceText.clear();
-    EXPECT_EQ(f->doMyFunctionCheck(), -1) << "no texts and no saved sets";
-    f->searchSetsModel()->setSearchSets({{"a", "b", 1, 1}});
-    EXPECT_EQ(f->doMyFunctionCheck(), 1) << "the saved sets carry the run";
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolAlertCode::IncompleteSettings) << "no texts and no saved sets";
+    f->searchSetsModel()->setSearchSets({{"a", "b", 1, SearchMode::Everywhere}});
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolStep::GoOn) << "the saved sets carry the run";
     f->yourSearchSetSearch = false;
-    EXPECT_EQ(f->doMyFunctionCheck(), -1);
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolAlertCode::IncompleteSettings);
     f->yourReplaceText = "x";
     f->deselectAllTags();
-    EXPECT_EQ(f->doMyFunctionCheck(), -1) << "no tag chosen";
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolAlertCode::IncompleteSettings) << "no tag chosen";
     f->yourEpisodenID = true;
-    EXPECT_EQ(f->doMyFunctionCheck(), 1);
+    EXPECT_EQ(f->doMyFunctionCheck(), PoolStep::GoOn);
 }
 
 TEST_F(SearchReplaceTest, SettingsAndTheDerivedCaseSwitchAreReachableByName)
@@ -211,6 +211,26 @@ TEST_F(SearchReplaceTest, SavedSetsAreAddedRemovedAndSavedAsMaps)
     EXPECT_EQ(f->yourSearchSets().size(), 1);
 }
 
+TEST_F(SearchReplaceTest, AModeNumberOutsideTheModesSurvivesTheFileAndAnEditClampsIt)
+{
+    // A set saved by another version with a mode this one does not know keeps its number.
+    const QVariantMap foreign{{"Search", "a"}, {"Replace", "b"}, {"Case", 1}, {"Mode", 12}};
+    ASSERT_TRUE(PropertyList::write(searchReplace()->searchSetsModel()->location(), QVariantList{foreign}));
+    searchReplace()->reloadSearchSets();
+    ASSERT_EQ(searchReplace()->yourSearchSets().size(), 1);
+    SearchSetsModel *model = searchReplace()->searchSetsModel();
+    EXPECT_EQ(model->index(0, SearchSetsModel::ModeColumn).data().toLongLong(), 12);
+    searchReplace()->closeSeachSetsPanel();
+    EXPECT_EQ(PropertyList::read(model->location()).toList().value(0).toMap(), foreign);
+
+    // The sheet only ever sets one of the nine modes.
+    for (const auto &[edited, kept] : {std::pair{0, SearchMode::Everywhere}, std::pair{15, SearchMode::RegularExpression},
+                                       std::pair{8, SearchMode::FirstInWord}}) {
+        model->setData(model->index(0, SearchSetsModel::ModeColumn), edited);
+        EXPECT_EQ(searchReplace()->yourSearchSets().first().mode, kept) << edited;
+    }
+}
+
 TEST_F(SearchReplaceTest, DraggedRowsLandAboveTheDropRowInTheirOrder)
 {
     struct MoveCase
@@ -227,7 +247,7 @@ TEST_F(SearchReplaceTest, DraggedRowsLandAboveTheDropRowInTheirOrder)
     for (const MoveCase &c : cases) {
         QList<SearchSet> sets;
         for (const QChar letter : QStringLiteral("ABCDE"))
-            sets.append({letter, {}, 1, 1});
+            sets.append({letter, {}, 1, SearchMode::Everywhere});
         model->setSearchSets(sets);
         QModelIndexList dragged;
         for (int row : c.rows)

@@ -36,7 +36,7 @@ protected:
         }
     }
 
-    qint64 check(int number, const QVariantMap &settings)
+    PoolFunctionAnswer check(int number, const QVariantMap &settings)
     {
         for (auto it = settings.begin(); it != settings.end(); ++it)
             set(number, it.key().toLatin1().constData(), it.value());
@@ -97,15 +97,15 @@ TEST_F(SplitTest, FolderNamesSplitAtTheFirstDelimiterOnly)
 TEST_F(SplitTest, IncompleteOrContradictorySettingsAreRefused)
 {
     const QVariantMap noTags{{"yourTag1", 0}, {"yourTag2", 0}, {"yourTag3", 0}, {"yourTag4", 0}};
-    EXPECT_EQ(check(7, {{"yourDel", ""}}), -1);
-    EXPECT_EQ(check(7, kFileNameDefaults), 1);
-    EXPECT_EQ(check(7, noTags), -1);
-    EXPECT_EQ(check(7, {{"yourTag4", 3}, {"yourIgnoreFromBeginning", -1}}), -2);
+    EXPECT_EQ(check(7, {{"yourDel", ""}}), PoolAlertCode::IncompleteSettings);
+    EXPECT_EQ(check(7, kFileNameDefaults), PoolStep::GoOn);
+    EXPECT_EQ(check(7, noTags), PoolAlertCode::IncompleteSettings);
+    EXPECT_EQ(check(7, {{"yourTag4", 3}, {"yourIgnoreFromBeginning", -1}}), PoolAlertCode::ContradictorySettings);
 
-    EXPECT_EQ(check(9, {{"yourDel", ""}}), -1);
-    EXPECT_EQ(check(9, kFolderNameDefaults), 1);
-    EXPECT_EQ(check(9, {{"yourIgnoreFromEnd", -1}}), -2);
-    EXPECT_EQ(check(9, {{"yourTag1", 0}, {"yourTag2", 0}}), -1);
+    EXPECT_EQ(check(9, {{"yourDel", ""}}), PoolAlertCode::IncompleteSettings);
+    EXPECT_EQ(check(9, kFolderNameDefaults), PoolStep::GoOn);
+    EXPECT_EQ(check(9, {{"yourIgnoreFromEnd", -1}}), PoolAlertCode::ContradictorySettings);
+    EXPECT_EQ(check(9, {{"yourTag1", 0}, {"yourTag2", 0}}), PoolAlertCode::IncompleteSettings);
 
 }
 

@@ -18,7 +18,7 @@ protected:
         PoolTest::SetUp();
         makePool({});
         QObject::connect(pool->myFunctionPoolLog(), &FunctionPoolLog::logEntryAdded,
-                         [this](qint64 state, const QString &) { states.append(state); });
+                         [this](TrackLogState state, const QString &) { states.append(qint64(state)); });
     }
 
     void set(int number, const char *name, const QVariant &value)
@@ -34,7 +34,7 @@ protected:
         runFunction(number);
         QList<qint64> codes;
         for (const PoolAlert &alert : frontEnd.alerts)
-            codes.append(alert.code);
+            codes.append(qint64(alert.code));
         return codes;
     }
 

@@ -93,7 +93,7 @@ TEST_F(Function0018Test, AStarInAComposedNameMatchesAnotherPlaylistOfTheFolder)
 TEST_F(Function0018Test, ASmartPlaylistIsNeverMatched)
 {
     const ITunesTrack track = player->handle<ITunesTrack>(addTrack("AA", "Album"));
-    ASSERT_EQ(function()->doMyFunctionPre(), 1);
+    ASSERT_EQ(function()->doMyFunctionPre(), PoolStep::GoOn);
     const auto folder = std::dynamic_pointer_cast<MemoryObject>(function()->yourFolderPlaylist().remoteObject());
     player->addUserPlaylist("AA - Album", folder, {{Prop::smart, true}});
     function()->doMyFunctionMain(track);

@@ -12,26 +12,28 @@ using RunState = FunctionPoolController::RunState;
 
 struct ContractCase
 {
-    qint64 check;
-    qint64 pre;
+    PoolFunctionAnswer check;
+    PoolFunctionAnswer pre;
     QStringList calls;
-    QList<qint64> alerts;
+    QList<PoolAlertCode> alerts;
 };
 
 TEST_F(PoolTest, ResultsOfCheckAndPreDecideHowFarARunGoes)
 {
+    using enum PoolStep;
+    using enum PoolAlertCode;
     const QList<ContractCase> cases{
-        {-2, 1, {"check"}, {-2}},
-        {0, 1, {"check"}, {}},
-        {1, -11, {"check", "pre"}, {-11}},
-        {1, 0, {"check", "pre"}, {}},
-        {1, 2, {"check", "pre", "end"}, {}},
-        {1, 1, {"check", "pre", "main Track 1", "main Track 2", "end"}, {}},
+        {ContradictorySettings, GoOn, {"check"}, {ContradictorySettings}},
+        {Stop, GoOn, {"check"}, {}},
+        {GoOn, ServerUnreachable, {"check", "pre"}, {ServerUnreachable}},
+        {GoOn, Stop, {"check", "pre"}, {}},
+        {GoOn, NoTrackLoop, {"check", "pre", "end"}, {}},
+        {GoOn, GoOn, {"check", "pre", "main Track 1", "main Track 2", "end"}, {}},
     };
     addSelectedTracks(2);
     makePool();
     for (const ContractCase &c : cases) {
-        SCOPED_TRACE(QStringLiteral("check %1 pre %2").arg(c.check).arg(c.pre).toStdString());
+        SCOPED_TRACE(QStringLiteral("check %1 pre %2").arg(c.check.number()).arg(c.pre.number()).toStdString());
         pool = nullptr;
         pool = std::make_unique<FunctionPoolController>(&frontEnd);
         pool->myPreferences()->setPrefConfirmFunction(false);
@@ -40,7 +42,7 @@ TEST_F(PoolTest, ResultsOfCheckAndPreDecideHowFarARunGoes)
         function(3)->preResult = c.pre;
         runFunction(3);
         EXPECT_EQ(function(3)->calls(), c.calls);
-        QList<qint64> codes;
+        QList<PoolAlertCode> codes;
         for (const PoolAlert &alert : frontEnd.alerts)
             codes.append(alert.code);
         EXPECT_EQ(codes, c.alerts);
@@ -51,11 +53,11 @@ TEST_F(PoolTest, PreAnswering14WaitsForTheFunctionToStartTheWorker)
 {
     addSelectedTracks(1);
     makePool();
-    function(3)->preResult = 14;
+    function(3)->preResult = PoolStep::OwnWorker;
     pool->clickFunctionRun(3);
     EXPECT_EQ(pool->runState(), RunState::FunctionThread);
     EXPECT_EQ(function(3)->calls(), (QStringList{"check", "pre"}));
-    pool->poolFunctionStartThread(1);
+    pool->poolFunctionStartThread(PoolStep::GoOn);
     waitUntilIdle();
     EXPECT_EQ(function(3)->calls(), (QStringList{"check", "pre", "main Track 1", "end"}));
 }
@@ -65,7 +67,7 @@ TEST_F(PoolTest, AnAnsweredQuestionContinuesThroughPoolFunctionPreWithoutConfirm
     addSelectedTracks(1);
     makePool();
     pool->myPreferences()->setPrefConfirmFunction(true);
-    function(3)->checkResult = 0;
+    function(3)->checkResult = PoolStep::Stop;
     frontEnd.folderAnswer = "/music";
     pool->clickFunctionRun(3);
     pool->askForFolder("0005.0001", [this](const QString &path) {
@@ -83,20 +85,22 @@ struct TrackSetCase
     int number;
     bool alt;
     bool handlesSelection;
-    qint64 typ;
+    PoolTrackSet typ;
 };
 
 TEST_F(PoolTest, AltSwitchesToTheOtherTrackSetExceptForSynchronisationThatCannot)
 {
+    using enum PoolTrackSet;
     const QList<TrackSetCase> cases{
-        {3, false, false, 1}, {3, true, false, 2}, {15, false, false, 2}, {15, true, false, 1},
-        {14, false, true, 2}, {14, true, false, 2}, {14, true, true, 1},
+        {3, false, false, Selection}, {3, true, false, Library},   {15, false, false, Library},
+        {15, true, false, Selection}, {14, false, true, Library},  {14, true, false, Library},
+        {14, true, true, Selection},
     };
     makePool({3, 14, 15});
     for (const TrackSetCase &c : cases) {
         SCOPED_TRACE(c.number);
         frontEnd.altHeld = c.alt;
-        function(c.number)->checkResult = 0;
+        function(c.number)->checkResult = PoolStep::Stop;
         function(c.number)->handlesSelection = c.handlesSelection;
         runFunction(c.number);
         EXPECT_EQ(pool->yourCurrentFunctionTyp(), c.typ);
@@ -115,16 +119,19 @@ TEST_F(PoolTest, RunsThatEndInAnAlertLeaveThePreviousLogsAndSkipTheEnd)
         const char *name;
         std::function<void()> arrange;
         int number;
-        qint64 alert;
+        PoolAlertCode alert;
     };
     const QList<Case> cases{
-        {"empty selection", [&] { player->setSelection({}); }, 3, -7},
-        {"library without file tracks", [&] { for (auto &t : tracks) player->remove(t); }, 15, -8},
-        {"failed fetch", [&] { player->injectFailure(Prop::selection, MemoryPlayer::Access::Read); }, 3, -14},
+        {"empty selection", [&] { player->setSelection({}); }, 3, PoolAlertCode::NoSelection},
+        {"library without file tracks", [&] { for (auto &t : tracks) player->remove(t); }, 15,
+         PoolAlertCode::LibraryWithoutTracks},
+        {"failed fetch", [&] { player->injectFailure(Prop::selection, MemoryPlayer::Access::Read); }, 3,
+         PoolAlertCode::FetchFailed},
         {"no library playlist",
-         [&] { player->injectFailure(Prop::libraryPlaylists, MemoryPlayer::Access::Read); }, 15, -4},
-        {"number outside the table", [] {}, 27, 0},
-        {"player not running", [&] { player->setRunning(false); }, 3, -10},
+         [&] { player->injectFailure(Prop::libraryPlaylists, MemoryPlayer::Access::Read); }, 15,
+         PoolAlertCode::LibraryPlaylistMissing},
+        {"number outside the table", [] {}, 27, PoolAlertCode::Failure},
+        {"player not running", [&] { player->setRunning(false); }, 3, PoolAlertCode::LibraryNotOpen},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.name);
@@ -170,7 +177,7 @@ TEST_F(PoolTest, FailuresOnOneTrackGoToBothLogsWhileTheRunGoesOn)
     MemoryPlayer *memory = player.get();
     function(3)->onTrack = [this, memory, tracks](const ITunesTrack &track) {
         if (track.name() == "Track 1")
-            pool->setYourLogNo(1);
+            pool->setYourLogNo(TrackLogState::Changed);
         if (track.name() == "Track 2")
             throw OVException("TestException", "no good");
         if (track.name() == "Track 3")
@@ -197,7 +204,7 @@ TEST_F(PoolTest, AFailedWriteMakesItsTrackAnErrorNeverAChange)
     function(3)->onTrack = [this](const ITunesTrack &track) {
         track.genre();
         track.setComment("new");
-        pool->setYourLogNo(1);
+        pool->setYourLogNo(TrackLogState::Changed);
     };
     player->injectFailure(Prop::comment, MemoryPlayer::Access::Write, 1, tracks.at(1));
     // A failed read is the function's business, not the track's error.
@@ -281,11 +288,11 @@ TEST(ServerGate, RunAndMessageDecidePerFunctionNumber)
                                 "<Function><ID>6</ID><Message>no Run element</Message></Function>"
                                 "</Functions></FunctionPool></Orvane>";
     const QList<QPair<qint64, ServerGateDecision>> cases{
-        {3, {ServerGateDecision::ShowMessage, "Off for now"}},
-        {4, {ServerGateDecision::Run, {}}},
-        {5, {ServerGateDecision::Run, {}}},
-        {6, {ServerGateDecision::Run, {}}},
-        {7, {ServerGateDecision::Run, {}}},
+        {3, {ServerGateDecision::Result::ShowMessage, "Off for now"}},
+        {4, {ServerGateDecision::Result::Run, {}}},
+        {5, {ServerGateDecision::Result::Run, {}}},
+        {6, {ServerGateDecision::Result::Run, {}}},
+        {7, {ServerGateDecision::Result::Run, {}}},
     };
     for (const auto &[number, expected] : cases) {
         const ServerGateDecision decision = evaluateServerGate(document, number);
@@ -296,15 +303,15 @@ TEST(ServerGate, RunAndMessageDecidePerFunctionNumber)
                                  "<Message>tidied",
                                  3).message,
               "tidied");
-    EXPECT_EQ(evaluateServerGate("not xml at all", 3).result, ServerGateDecision::Unreadable);
-    EXPECT_EQ(evaluateServerGateFile("/nonexistent/.orvane", 3).result, ServerGateDecision::Run);
+    EXPECT_EQ(evaluateServerGate("not xml at all", 3).result, ServerGateDecision::Result::Unreadable);
+    EXPECT_EQ(evaluateServerGateFile("/nonexistent/.orvane", 3).result, ServerGateDecision::Result::Run);
 }
 
 TEST_F(PoolTest, TheServerGateStopsARunBeforeTheFunctionIsAsked)
 {
     addSelectedTracks(1);
     makePool();
-    QFile document(AppPreferences::locationToPreferences(5));
+    QFile document(AppPreferences::locationToPreferences(PreferenceLocation::ServerDocument));
     ASSERT_TRUE(document.open(QIODevice::WriteOnly));
     document.write("<r><FunctionPool><Functions><Function><ID>3</ID><Run>no</Run>"
                    "<Message>Function 3 is resting</Message></Function></Functions></FunctionPool></r>");
@@ -318,6 +325,6 @@ TEST_F(PoolTest, TheServerGateStopsARunBeforeTheFunctionIsAsked)
     document.write("garbage");
     document.close();
     runFunction(3);
-    EXPECT_EQ(frontEnd.alerts.last().code, -13);
+    EXPECT_EQ(frontEnd.alerts.last().code, PoolAlertCode::ServerInfoUnreadable);
     EXPECT_TRUE(function(3)->calls().isEmpty());
 }

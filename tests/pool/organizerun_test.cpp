@@ -65,7 +65,7 @@ TEST_F(PoolTest, ARunPrintsTheLogsAsJsonLinesAndAlertsOnStandardError)
         auto *function = new TestFunction(p);
         function->onTrack = [function](const ITunesTrack &track) {
             if (track.name() == "Track 1" && function->yourFlag)
-                function->myFunctionPool()->setYourLogNo(1);
+                function->myFunctionPool()->setYourLogNo(TrackLogState::Changed);
             if (track.name() == "Track 3")
                 throw OVException("Broken", function->yourText);
         };

@@ -31,34 +31,35 @@ TEST(FunctionPoolPreferences, SheetRefusesContradictingSettingsInOrder)
     {
         const char *property;
         QVariant value;
-        qint64 alert;
+        PoolPreferencesAlert alert;
     };
+    using enum PoolPreferencesAlert;
     const QList<Case> cases{
-        {"prefArtworkFrontPosition", 0, -1},
-        {"prefArtworkBackPosition", -3, -1},
-        {"prefArtworkBackPosition", 1, -2},
-        {"prefArtworkFrontSuffix", "", -2},
-        {"prefArtworkBackSuffix", "_COVER a", -2},
-        {"prefAlbumDiscFolderName", "", -2},
-        {"prefFileAudioSuffixs", "", -2},
-        {"prefFileImageSuffixs", "", -2},
-        {"prefArtworkBackPosition", 7, 0},
+        {"prefArtworkFrontPosition", 0, ContradictorySettings},
+        {"prefArtworkBackPosition", -3, ContradictorySettings},
+        {"prefArtworkBackPosition", 1, InvalidSettings},
+        {"prefArtworkFrontSuffix", "", InvalidSettings},
+        {"prefArtworkBackSuffix", "_COVER a", InvalidSettings},
+        {"prefAlbumDiscFolderName", "", InvalidSettings},
+        {"prefFileAudioSuffixs", "", InvalidSettings},
+        {"prefFileImageSuffixs", "", InvalidSettings},
+        {"prefArtworkBackPosition", 7, None},
     };
     for (const Case &c : cases) {
         FunctionPoolPreferences preferences;
         preferences.setProperty(c.property, c.value);
         EXPECT_EQ(preferences.closePreferencesPanel(), c.alert) << c.property;
-        EXPECT_EQ(QFileInfo::exists(preferences.prefUserPrefPlistLocation()), c.alert == 0) << c.property;
+        EXPECT_EQ(QFileInfo::exists(preferences.prefUserPrefPlistLocation()), c.alert == None) << c.property;
         QFile::remove(preferences.prefUserPrefPlistLocation());
     }
-    EXPECT_EQ(FunctionPoolPreferences::preferencesAlert(-2).informativeKey, "0003.0005");
+    EXPECT_EQ(FunctionPoolPreferences::preferencesAlert(PoolPreferencesAlert::InvalidSettings).informativeKey, "0003.0005");
 }
 
 TEST(FunctionPoolPreferences, SuffixesSplitAtCommaAndSpaceOnlyAndABrokenFileHeals)
 {
     FunctionPoolPreferences preferences;
     preferences.setPrefFileAudioSuffixs("mp3, flac,ogg");
-    EXPECT_EQ(preferences.closePreferencesPanel(), 0);
+    EXPECT_EQ(preferences.closePreferencesPanel(), PoolPreferencesAlert::None);
     EXPECT_EQ(preferences.prefFileAudioSuffixList(), (QStringList{"mp3", "flac,ogg"}));
 
     QFile file(preferences.prefUserPrefPlistLocation());
@@ -106,7 +107,7 @@ TEST_F(PoolTest, LogStatesPickIconsAndFiltersDropOnlyStatesZeroAndOne)
     preferences->setPrefLogUnchangedTracks(false);
     FunctionPoolLog *log = pool->myFunctionPoolLog();
     for (qint64 state = -2; state <= 7; ++state)
-        log->addLogEntry({}, 0, state, QString::number(state));
+        log->addLogEntry({}, 0, TrackLogState(state), QString::number(state));
     QStringList lines;
     for (const QVariantMap &entry : log->yourLogEntries())
         lines.append(entry.value("InfoText").toString() + " " + entry.value("Icon").toString());
@@ -115,7 +116,7 @@ TEST_F(PoolTest, LogStatesPickIconsAndFiltersDropOnlyStatesZeroAndOne)
                                   "4 OVImageStatusLogChanged", "5 OVImageStatusLogMissing",
                                   "6 OVImageStatusLogAdded", "7 OVImageStatusLogError"}));
     preferences->setPrefLogChangedTracks(true);
-    log->addLogEntry({}, 0, 1, "changed");
+    log->addLogEntry({}, 0, TrackLogState::Changed, "changed");
     EXPECT_EQ(log->rowCount(), 9);
 }
 
@@ -124,9 +125,9 @@ TEST_F(PoolTest, RevealShowsTheFileOfTheLastSelectedRowIfItExists)
     makePool();
     const QString existing = pool->myPreferences()->prefAppSupportLocationTmp();
     FunctionPoolLog *log = pool->myFunctionPoolLog();
-    log->addLogEntry({}, 0, 0, "A - B\n" + existing);
-    log->addLogEntry({}, 1, 5, "A - C\n.../... ?");
-    log->addLogEntry({}, 2, 0, existing);
+    log->addLogEntry({}, 0, TrackLogState::Unchanged, "A - B\n" + existing);
+    log->addLogEntry({}, 1, TrackLogState::NoLocation, "A - C\n.../... ?");
+    log->addLogEntry({}, 2, TrackLogState::Unchanged, existing);
     log->revealItem({});
     log->revealItem({0, 1});
     EXPECT_TRUE(frontEnd.revealed.isEmpty());

@@ -11,18 +11,18 @@
 void RecordingFrontEnd::presentAlert(const PoolAlert &alert, AlertCompletion completion)
 {
     alerts.append(alert);
-    record(QStringLiteral("alert %1").arg(alert.code));
+    record(QStringLiteral("alert %1").arg(qint64(alert.code)));
     if (completion)
         completion(confirmationAnswer, suppressionAnswer);
 }
 
-qint64 TestFunction::doMyFunctionCheck()
+PoolFunctionAnswer TestFunction::doMyFunctionCheck()
 {
     record("check");
     return checkResult;
 }
 
-qint64 TestFunction::doMyFunctionPre()
+PoolFunctionAnswer TestFunction::doMyFunctionPre()
 {
     record("pre");
     return preResult;

@@ -13,6 +13,14 @@
 #include <memory>
 #include <mutex>
 
+// Failure messages name the engine's codes by number.
+inline void PrintTo(PoolAlertCode code, std::ostream *out) { *out << "alert " << qint64(code); }
+inline void PrintTo(PoolStep step, std::ostream *out) { *out << "step " << qint64(step); }
+inline void PrintTo(const PoolFunctionAnswer &answer, std::ostream *out)
+{
+    *out << (answer.isAlert() ? "alert " : "step ") << answer.number();
+}
+
 // A front end that records what the engine shows and answers its questions as told.
 class RecordingFrontEnd : public PoolFrontEnd
 {
@@ -54,8 +62,8 @@ class TestFunction : public PoolFunction
 public:
     using PoolFunction::PoolFunction;
 
-    qint64 doMyFunctionCheck() override;
-    qint64 doMyFunctionPre() override;
+    PoolFunctionAnswer doMyFunctionCheck() override;
+    PoolFunctionAnswer doMyFunctionPre() override;
     void doMyFunctionMain(const ITunesTrack &track) override;
     void doMyFunctionEnd() override;
     bool canHandleRunOnSelection() const override { return handlesSelection; }
@@ -67,8 +75,8 @@ public:
     bool yourFlag = true;
     qint64 yourCount = 3;
 
-    qint64 checkResult = 1;
-    qint64 preResult = 1;
+    PoolFunctionAnswer checkResult = PoolStep::GoOn;
+    PoolFunctionAnswer preResult = PoolStep::GoOn;
     bool handlesSelection = false;
     std::function<void(const ITunesTrack &)> onTrack; // worker thread
 

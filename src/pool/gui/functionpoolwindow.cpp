@@ -250,7 +250,7 @@ void FunctionPoolWindow::clickToolbarItem(int tag)
             openLibraryWindow_();
         break;
     default:
-        pool_->showAlertMessage(0);
+        pool_->showAlertMessage(PoolAlertCode::Failure);
         break;
     }
 }

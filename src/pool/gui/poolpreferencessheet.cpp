@@ -66,8 +66,8 @@ PanelDescription PoolPreferencesSheet::description()
 
 void PoolPreferencesSheet::closePreferencesPanel()
 {
-    const qint64 failure = preferences_->closePreferencesPanel();
-    if (failure == 0) {
+    const PoolPreferencesAlert failure = preferences_->closePreferencesPanel();
+    if (failure == PoolPreferencesAlert::None) {
         done(QDialog::Accepted);
         return;
     }

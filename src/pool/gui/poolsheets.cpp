@@ -96,7 +96,7 @@ QMessageBox *openAlertSheet(QWidget *parent, const PoolAlert &alert, PoolFrontEn
     auto *box = new QMessageBox(parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::WindowModal);
-    box->setIcon(alert.code < 0 ? QMessageBox::Warning : QMessageBox::Information);
+    box->setIcon(alert.isWarning() ? QMessageBox::Warning : QMessageBox::Information);
     box->setWindowTitle(alert.messageText());
     box->setText(alert.messageText());
     box->setInformativeText(alert.informativeTextShown());

@@ -88,7 +88,7 @@ QString serverRequestAddress(const QString &baseURL, const ServerQueryValues &va
     return parameterURL(baseURL + QStringLiteral("/3/request.php"), parameters, TextEncoding::ISOLatin1);
 }
 
-QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, int option)
+QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, WebsiteOption option)
 {
     OrderedParameters parameters;
     if (!values.system.isEmpty())
@@ -96,17 +96,18 @@ QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &value
     parameters.append({QStringLiteral("v"), values.version});
     parameters.append({QStringLiteral("b"), values.build});
     parameters.append({QStringLiteral("l"), values.language});
-    if (option >= 1 && option <= 6) {
-        parameters.append({QStringLiteral("a"), QString::number(option)});
+    // A number outside the pages sends no page.
+    if (const int number = int(option); number >= 1 && number <= 6) {
+        parameters.append({QStringLiteral("a"), QString::number(number)});
         parameters.append({QStringLiteral("o"), QStringLiteral("0")});
     }
     return parameterURL(baseURL + QStringLiteral("/3/link.php"), parameters, TextEncoding::UTF8);
 }
 
-QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, int option)
+QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, AffiliateOption option)
 {
     OrderedParameters parameters = commonParameters(values);
-    parameters.append({QStringLiteral("o"), QString::number(option)});
+    parameters.append({QStringLiteral("o"), QString::number(int(option))});
     return parameterURL(baseURL + QStringLiteral("/index.php"), parameters, TextEncoding::UTF8);
 }
 
@@ -133,22 +134,22 @@ LaunchDecision evaluateLaunch(const QByteArray &document)
 {
     const Document parsed(document);
     if (!parsed.isReadable())
-        return {-1, {}};
+        return {ServerLaunch::Unreadable, {}};
     const std::optional<QString> run = parsed.text("Launch/Run");
     if (!run || boolValue(*run))
-        return {1, {}};
-    return {0, parsed.alert("Launch")};
+        return {ServerLaunch::Run, {}};
+    return {ServerLaunch::Stop, parsed.alert("Launch")};
 }
 
 UpdateDecision evaluateUpdate(const QByteArray &document, const QString &runningVersion)
 {
     const Document parsed(document);
     if (!parsed.isReadable())
-        return {-1, {}};
+        return {ServerUpdate::Unreadable, {}};
     const std::optional<QString> announced = parsed.text("Update/Version");
     if (!announced)
-        return {0, {}};
+        return {ServerUpdate::None, {}};
     if (compareText(runningVersion, announced->trimmed(), SearchOption::Numeric) != ComparisonResult::OrderedAscending)
-        return {0, {}};
-    return {1, parsed.alert("Update")};
+        return {ServerUpdate::None, {}};
+    return {ServerUpdate::Announced, parsed.alert("Update")};
 }

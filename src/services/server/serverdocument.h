@@ -1,5 +1,7 @@
 #pragma once
 
+#include "application/services.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -20,9 +22,9 @@ struct ServerQueryValues
 // The request endpoint, /3/request.php, with "a" and "o" both "1", escaped as ISO Latin 1.
 QString serverRequestAddress(const QString &baseURL, const ServerQueryValues &values);
 // The link endpoint, /3/link.php, in UTF-8; options 1 to 6 add "a" (the option) and "o" ("0").
-QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, int option);
+QString serverLinkAddress(const QString &baseURL, const ServerQueryValues &values, WebsiteOption option);
 // The affiliate endpoint, /index.php, in UTF-8, with "o" the option.
-QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, int option);
+QString serverAffiliateAddress(const QString &baseURL, const ServerQueryValues &values, AffiliateOption option);
 
 // A document is accepted when it parses (damaged XML tidied as far as it goes) and the first
 // attribute of its root element has the value "OK".
@@ -39,21 +41,20 @@ struct ServerAlert
     bool opensURL() const;
 };
 
-// Launch/Run: 1 this version may start, 0 it must stop (with the alert), -1 the document is
-// unreadable. A missing Run lets it start; an empty one reads as false.
+// Launch/Run: Stop comes with the document's alert. A missing Run lets this version start; an
+// empty one reads as false.
 struct LaunchDecision
 {
-    int result = 1;
+    ServerLaunch result = ServerLaunch::Run;
     ServerAlert alert;
 };
 LaunchDecision evaluateLaunch(const QByteArray &document);
 
 // Update/Version against the running short version, compared by the value of their numbers
-// ("3.10" is newer than "3.9"): 1 a newer version is announced (with the alert), 0 nothing to
-// announce, -1 the document is unreadable.
+// ("3.10" is newer than "3.9"); Announced comes with the document's alert.
 struct UpdateDecision
 {
-    int result = 0;
+    ServerUpdate result = ServerUpdate::None;
     ServerAlert alert;
 };
 UpdateDecision evaluateUpdate(const QByteArray &document, const QString &runningVersion);

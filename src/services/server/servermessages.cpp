@@ -60,13 +60,13 @@ bool ServerMessages::isOVServerAvailable() const
     return info.error() == QHostInfo::NoError && !info.addresses().isEmpty();
 }
 
-int ServerMessages::checkRequestDownload()
+ServerDownload ServerMessages::checkRequestDownload()
 {
     const QString path = cachePath();
     try {
         // Unreachable: the document of the last launch stays, and its messages still hold.
         if (!isOVServerAvailable())
-            return -1;
+            return ServerDownload::Failed;
         QFile::remove(path);
 
         QNetworkRequest request(QUrl(serverRequestAddress(serverBase(), ServerQueryValues::current())));
@@ -74,78 +74,78 @@ int ServerMessages::checkRequestDownload()
         request.setTransferTimeout(kRequestTimeoutMs);
         const QByteArray data = ov_sendSynchronousRequest(request);
         if (data.isEmpty())
-            return -1;
+            return ServerDownload::Failed;
 
         const QByteArray text = QString::fromUtf8(data).toUtf8();
         switch (serverDocumentState(text)) {
         case ServerDocumentState::Unreadable:
-            return -1;
+            return ServerDownload::Failed;
         case ServerDocumentState::Refused:
-            return 0;
+            return ServerDownload::Refused;
         case ServerDocumentState::Accepted:
             break;
         }
         if (path.isEmpty() || !writeFileAtomically(path, text)) {
             QFile::remove(path);
-            return -1;
+            return ServerDownload::Failed;
         }
-        return 1;
+        return ServerDownload::Cached;
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
         QFile::remove(path);
-        return -1;
+        return ServerDownload::Failed;
     }
 }
 
-int ServerMessages::checkApplicationLaunch()
+ServerLaunch ServerMessages::checkApplicationLaunch()
 {
     const QString path = cachePath();
     try {
         QByteArray document;
         const CacheRead read = readCache(path, document);
         if (read == CacheRead::Missing)
-            return 1;
+            return ServerLaunch::Run;
         const LaunchDecision decision =
-            read == CacheRead::Read ? evaluateLaunch(document) : LaunchDecision{-1, {}};
-        if (decision.result == -1) {
+            read == CacheRead::Read ? evaluateLaunch(document) : LaunchDecision{ServerLaunch::Unreadable, {}};
+        if (decision.result == ServerLaunch::Unreadable) {
             // A damaged document counts as none and never stops the program.
             QFile::remove(path);
-            return -1;
+            return ServerLaunch::Unreadable;
         }
-        if (decision.result == 1)
-            return 1;
+        if (decision.result == ServerLaunch::Run)
+            return ServerLaunch::Run;
         showDocumentAlert(decision.alert, {QStringLiteral("0002.0001")});
-        return 0;
+        return ServerLaunch::Stop;
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
         QFile::remove(path);
-        return -1;
+        return ServerLaunch::Unreadable;
     }
 }
 
-int ServerMessages::checkApplicationUpdate()
+ServerUpdate ServerMessages::checkApplicationUpdate()
 {
     const QString path = cachePath();
     try {
         QByteArray document;
         const CacheRead read = readCache(path, document);
         if (read == CacheRead::Missing)
-            return 0;
+            return ServerUpdate::None;
         const UpdateDecision decision =
-            read == CacheRead::Read ? evaluateUpdate(document, OVApplication::ov_version()) : UpdateDecision{-1, {}};
-        if (decision.result == -1) {
+            read == CacheRead::Read ? evaluateUpdate(document, OVApplication::ov_version()) : UpdateDecision{ServerUpdate::Unreadable, {}};
+        if (decision.result == ServerUpdate::Unreadable) {
             QFile::remove(path);
-            return -1;
+            return ServerUpdate::Unreadable;
         }
-        if (decision.result == 0)
-            return 0;
+        if (decision.result == ServerUpdate::None)
+            return ServerUpdate::None;
         // Whichever button was chosen: the announcement's page opens either way.
         showDocumentAlert(decision.alert, {QStringLiteral("0002.0001"), QStringLiteral("0002.0002")});
-        return 1;
+        return ServerUpdate::Announced;
     } catch (const std::exception &exception) {
         ExceptionSink::logException(exception);
         QFile::remove(path);
-        return -1;
+        return ServerUpdate::Unreadable;
     }
 }
 
@@ -154,10 +154,10 @@ void ServerMessages::showDocumentAlert(const ServerAlert &alert, const QStringLi
     ui_.activateApplication();
     ui_.showServerAlert(alert.title, alert.message, buttonKeys);
     if (alert.opensURL())
-        openWebsite(alert.url, 0);
+        openWebsite(alert.url, WebsiteOption::None);
 }
 
-void ServerMessages::openWebsite(const QString &address, int option)
+void ServerMessages::openWebsite(const QString &address, WebsiteOption option)
 {
     try {
         const QUrl url(address.isEmpty() ? serverLinkAddress(serverBase(), ServerQueryValues::current(), option)
@@ -169,7 +169,7 @@ void ServerMessages::openWebsite(const QString &address, int option)
     }
 }
 
-void ServerMessages::openAffLinkWithOption(int option)
+void ServerMessages::openAffLinkWithOption(AffiliateOption option)
 {
     QString address;
     try {

@@ -21,15 +21,13 @@ public:
     explicit ServerMessages(ServerMessagesUi &ui);
     ~ServerMessages() override;
 
-    // 1 document cached, 0 the server answered but not "OK", -1 nothing usable. An unreachable
-    // server leaves the cached document of an earlier launch in place.
-    int checkRequestDownload() override;
-    // 1 go on, 0 stop (the alert was shown), -1 the cached document was unreadable (and is gone).
-    int checkApplicationLaunch() override;
-    // 1 a newer version was announced (the alert was shown), 0 nothing to announce, -1 unreadable.
-    int checkApplicationUpdate() override;
-    void openWebsite(const QString &address, int option) override;
-    void openAffLinkWithOption(int option) override;
+    // An unreachable server leaves the cached document of an earlier launch in place.
+    ServerDownload checkRequestDownload() override;
+    // An unreadable cached document is removed.
+    ServerLaunch checkApplicationLaunch() override;
+    ServerUpdate checkApplicationUpdate() override;
+    void openWebsite(const QString &address, WebsiteOption option) override;
+    void openAffLinkWithOption(AffiliateOption option) override;
 
     // The server's host can be looked up; no connection is made.
     bool isOVServerAvailable() const;

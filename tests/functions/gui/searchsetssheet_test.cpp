@@ -22,7 +22,7 @@ QList<SearchSet> lettered(const QString &letters)
 {
     QList<SearchSet> sets;
     for (const QChar letter : letters)
-        sets.append({letter, letter.toLower(), 1, 1});
+        sets.append({letter, letter.toLower(), 1, SearchMode::Everywhere});
     return sets;
 }
 
@@ -45,7 +45,7 @@ protected:
         PoolFunctionRegistry::registerFunction(1, QStringLiteral("Search and replace"),
                                                [](FunctionPoolController *p) { return new Function0001(p); });
         QVariantList saved;
-        for (const SearchSet &set : QList<SearchSet>{{"ft.", "feat.", 1, 4}, {"  ", " ", 0, 9}})
+        for (const SearchSet &set : QList<SearchSet>{{"ft.", "feat.", 1, SearchMode::WholeWord}, {"  ", " ", 0, SearchMode::RegularExpression}})
             saved.append(set.toMap());
         ASSERT_TRUE(PropertyList::write(OVApplication::ov_applicationOrganizerURLForPlistSearchAndReplaceSets(), saved));
         window = std::make_unique<FunctionPoolWindow>();
@@ -85,7 +85,7 @@ TEST_F(SearchSetsSheetTest, ShowsTheSavedSetsInAWindowModalSheet)
 
     modeEditor(0)->setCurrentIndex(7);
     emit modeEditor(0)->activated(7);
-    EXPECT_EQ(function()->yourSearchSets().first().mode, 8);
+    EXPECT_EQ(function()->yourSearchSets().first().mode, SearchMode::FirstInWord);
 }
 
 TEST_F(SearchSetsSheetTest, AddAppendsADefaultSetAndRemoveTakesTheSelectedRows)
@@ -93,7 +93,7 @@ TEST_F(SearchSetsSheetTest, AddAppendsADefaultSetAndRemoveTakesTheSelectedRows)
     EXPECT_FALSE(sheet->removeButton()->isEnabled());
     sheet->addButton()->click();
     ASSERT_EQ(model()->rowCount(), 3);
-    EXPECT_EQ(function()->yourSearchSets().last(), SearchSet({"*** ??? ***", "*** ??? ***", 1, 1}));
+    EXPECT_EQ(function()->yourSearchSets().last(), SearchSet({"*** ??? ***", "*** ??? ***", 1, SearchMode::Everywhere}));
     EXPECT_EQ(sheet->selectedRows(), QList<int>{2});
     EXPECT_TRUE(modeEditor(2)) << "new rows get their pop-up too";
 

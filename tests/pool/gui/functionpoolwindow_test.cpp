@@ -83,7 +83,7 @@ protected:
 
 TEST_F(FunctionPoolWindowTest, AlertSheetsShowTheTextsOfTheirKeys)
 {
-    pool()->showAlertMessage(-7);
+    pool()->showAlertMessage(PoolAlertCode::NoSelection);
     QMessageBox *box = shownAlert(window.get());
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), ov_localizedString("0003.0001"));
@@ -153,7 +153,7 @@ TEST_F(FunctionPoolWindowTest, ProgressSheetShowsTheEnginesValuesAndCancelStopsT
     // The comment and counter follow the engine's calls directly as well.
     pool()->poolProgressOpen();
     EXPECT_TRUE(sheet->isIndeterminate());
-    pool()->poolProgressMessage(1);
+    pool()->poolProgressMessage(PoolProgressComment::FetchingTracks);
     pool()->poolProgressValues(9);
     pool()->poolProgressUpdate(4);
     EXPECT_EQ(sheet->comment(), ov_localizedString("0004.0001"));
@@ -170,7 +170,7 @@ TEST_F(FunctionPoolWindowTest, LogSheetListsTheRunAndOpensAfterItWhenAsked)
     function()->onTrack = [&](const ITunesTrack &track) {
         if (track.name() == "Track 2")
             throw OVException("TestFailure", "broken tag");
-        pool()->setYourLogNo(1);
+        pool()->setYourLogNo(TrackLogState::Changed);
     };
     window->clickFunctionNavigator(3);
     window->clickFunctionRun();

@@ -30,8 +30,8 @@ class PanelTestFunction : public PoolFunction
 public:
     PanelTestFunction() : PoolFunction(nullptr) {}
 
-    qint64 doMyFunctionCheck() override { return 1; }
-    qint64 doMyFunctionPre() override { return 1; }
+    PoolFunctionAnswer doMyFunctionCheck() override { return PoolStep::GoOn; }
+    PoolFunctionAnswer doMyFunctionPre() override { return PoolStep::GoOn; }
     void doMyFunctionMain(const ITunesTrack &) override {}
     void doMyFunctionEnd() override {}
     bool enableText() const { return yourFlag; }

@@ -14,10 +14,10 @@ TEST(ServerDocument, EachEndpointCarriesItsKeysInItsEncoding)
 {
     EXPECT_EQ(serverRequestAddress("http://h", kFrench),
               "http://h/3/request.php?v=3.9&b=391&l=Fran%E7ais&s=12.0.0&a=1&o=1");
-    EXPECT_EQ(serverLinkAddress("http://h", kFrench, 2),
+    EXPECT_EQ(serverLinkAddress("http://h", kFrench, WebsiteOption::Feedback),
               "http://h/3/link.php?s=12.0.0&v=3.9&b=391&l=Fran%C3%A7ais&a=2&o=0");
-    EXPECT_EQ(serverLinkAddress("http://h", kFrench, 0), "http://h/3/link.php?s=12.0.0&v=3.9&b=391&l=Fran%C3%A7ais");
-    EXPECT_EQ(serverAffiliateAddress("http://h", kFrench, 3),
+    EXPECT_EQ(serverLinkAddress("http://h", kFrench, WebsiteOption::None), "http://h/3/link.php?s=12.0.0&v=3.9&b=391&l=Fran%C3%A7ais");
+    EXPECT_EQ(serverAffiliateAddress("http://h", kFrench, AffiliateOption::PlayerStartedInOrganizeMode),
               "http://h/index.php?v=3.9&b=391&l=Fran%C3%A7ais&s=12.0.0&o=3");
     ServerQueryValues noSystem = kFrench;
     noSystem.system.clear();
@@ -50,20 +50,20 @@ TEST(ServerDocument, LaunchRunDecides)
     const auto launch = [](const QByteArray &inner) {
         return evaluateLaunch("<Orvane status=\"OK\"><Launch>" + inner + "</Launch></Orvane>");
     };
-    EXPECT_EQ(launch("").result, 1);
-    EXPECT_EQ(launch("<Run>true</Run>").result, 1);
-    EXPECT_EQ(launch("<Run>YES</Run>").result, 1);
-    EXPECT_EQ(launch("<Run>1</Run>").result, 1);
-    EXPECT_EQ(launch("<Run></Run>").result, 0);
-    EXPECT_EQ(launch("<Run>no</Run>").result, 0);
+    EXPECT_EQ(launch("").result, ServerLaunch::Run);
+    EXPECT_EQ(launch("<Run>true</Run>").result, ServerLaunch::Run);
+    EXPECT_EQ(launch("<Run>YES</Run>").result, ServerLaunch::Run);
+    EXPECT_EQ(launch("<Run>1</Run>").result, ServerLaunch::Run);
+    EXPECT_EQ(launch("<Run></Run>").result, ServerLaunch::Stop);
+    EXPECT_EQ(launch("<Run>no</Run>").result, ServerLaunch::Stop);
     const LaunchDecision stop =
         launch("<Run>false</Run><Title>Stop</Title><Message>Too old</Message><URL> HTTPS://x/new </URL>");
-    EXPECT_EQ(stop.result, 0);
+    EXPECT_EQ(stop.result, ServerLaunch::Stop);
     EXPECT_EQ(stop.alert.title, "Stop");
     EXPECT_EQ(stop.alert.message, "Too old");
     EXPECT_TRUE(stop.alert.opensURL());
     EXPECT_FALSE(launch("<Run>0</Run><URL>ftp://x/</URL>").alert.opensURL());
-    EXPECT_EQ(evaluateLaunch("garbage \x01\x02").result, -1);
+    EXPECT_EQ(evaluateLaunch("garbage \x01\x02").result, ServerLaunch::Unreadable);
 }
 
 TEST(ServerDocument, UpdateComparesVersionsByTheirNumbers)
@@ -74,12 +74,12 @@ TEST(ServerDocument, UpdateComparesVersionsByTheirNumbers)
                               running)
             .result;
     };
-    EXPECT_EQ(update("3.10", "3.9"), 1);
-    EXPECT_EQ(update("3.9", "3.9"), 0);
-    EXPECT_EQ(update("3.9", "3.10"), 0);
-    EXPECT_EQ(update("4.0.1", "4.0"), 1);
-    EXPECT_EQ(evaluateUpdate("<Orvane status=\"OK\"/>", "3.9").result, 0);
-    EXPECT_EQ(evaluateUpdate("\xff\xfe\x00", "3.9").result, -1);
+    EXPECT_EQ(update("3.10", "3.9"), ServerUpdate::Announced);
+    EXPECT_EQ(update("3.9", "3.9"), ServerUpdate::None);
+    EXPECT_EQ(update("3.9", "3.10"), ServerUpdate::None);
+    EXPECT_EQ(update("4.0.1", "4.0"), ServerUpdate::Announced);
+    EXPECT_EQ(evaluateUpdate("<Orvane status=\"OK\"/>", "3.9").result, ServerUpdate::None);
+    EXPECT_EQ(evaluateUpdate("\xff\xfe\x00", "3.9").result, ServerUpdate::Unreadable);
 }
 
 TEST(OVLink, FindsTheArtistsPageInTheSearchAnswer)

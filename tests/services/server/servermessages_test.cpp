@@ -60,7 +60,7 @@ TEST_F(ServerMessagesTest, DownloadCachesOnlyAnAcceptedDocument)
 {
     const QByteArray accepted = "<Orvane status=\"OK\"><Update><Version>1.0</Version></Update></Orvane>";
     serve(accepted);
-    EXPECT_EQ(messages.checkRequestDownload(), 1);
+    EXPECT_EQ(messages.checkRequestDownload(), ServerDownload::Cached);
     EXPECT_EQ(readFile(cache), accepted);
     const RecordedRequest request = server.requests().last();
     EXPECT_EQ(request.method, "GET");
@@ -69,7 +69,7 @@ TEST_F(ServerMessagesTest, DownloadCachesOnlyAnAcceptedDocument)
     EXPECT_EQ(request.query().queryItemValue("a"), "1");
     EXPECT_EQ(request.query().queryItemValue("o"), "1");
 
-    struct Row { const char *what; QByteArray body; int expected; };
+    struct Row { const char *what; QByteArray body; ServerDownload expected; };
     QByteArray big = "<Orvane status=\"OK\"><FunctionPool>";
     while (big.size() < 10 * 1024 * 1024)
         big += "<Function><ID>1</ID><Run>true</Run><Message>a message of some length</Message></Function>";
@@ -78,24 +78,24 @@ TEST_F(ServerMessagesTest, DownloadCachesOnlyAnAcceptedDocument)
     for (qsizetype i = 0; i < garbage.size(); ++i)
         garbage[i] = char((i * 7919 + 13) % 251);
     const Row rows[] = {
-        {"no OK", "<Orvane status=\"Closed\"/>", 0},
-        {"HTML", "<!DOCTYPE html><html lang=\"en\"><body>Maintenance</body></html>", 0},
-        {"empty body", "", -1},
-        {"binary garbage", garbage, -1},
-        {"10 MB document", big, 1},
+        {"no OK", "<Orvane status=\"Closed\"/>", ServerDownload::Refused},
+        {"HTML", "<!DOCTYPE html><html lang=\"en\"><body>Maintenance</body></html>", ServerDownload::Refused},
+        {"empty body", "", ServerDownload::Failed},
+        {"binary garbage", garbage, ServerDownload::Failed},
+        {"10 MB document", big, ServerDownload::Cached},
     };
     for (const Row &row : rows) {
         writeFile(cache, accepted);
         serve(row.body);
         EXPECT_EQ(messages.checkRequestDownload(), row.expected) << row.what;
         // A reachable server replaces or removes the cached document.
-        EXPECT_EQ(readFile(cache), row.expected == 1 ? row.body : QByteArray()) << row.what;
+        EXPECT_EQ(readFile(cache), row.expected == ServerDownload::Cached ? row.body : QByteArray()) << row.what;
         EXPECT_LE(infoFolder().size(), 1) << row.what << infoFolder().join(", ").toStdString();
     }
     // A reachable host whose server is down.
     writeFile(cache, accepted);
     qputenv("ORVANE_SERVER_BASE_URL", QByteArray("http://127.0.0.1:") + QByteArray::number(LocalHttpServer::closedPort()));
-    EXPECT_EQ(messages.checkRequestDownload(), -1);
+    EXPECT_EQ(messages.checkRequestDownload(), ServerDownload::Failed);
     EXPECT_FALSE(QFile::exists(cache));
 }
 
@@ -107,29 +107,29 @@ TEST_F(ServerMessagesTest, UnreachableServerLeavesTheOldDocumentWhichStillStopsT
         askedFor = host;
         return false;
     });
-    EXPECT_EQ(messages.checkRequestDownload(), -1);
+    EXPECT_EQ(messages.checkRequestDownload(), ServerDownload::Failed);
     EXPECT_EQ(askedFor, "127.0.0.1");
     EXPECT_EQ(server.requestCount(), 0);
     EXPECT_EQ(readFile(cache), kStopDocument);
 
-    EXPECT_EQ(messages.checkApplicationLaunch(), 0);
+    EXPECT_EQ(messages.checkApplicationLaunch(), ServerLaunch::Stop);
     EXPECT_EQ(ui.alerts, QStringList{"Stop|Please update|0002.0001"});
     EXPECT_EQ(ui.openedURLs(), QList<QUrl>{QUrl("http://example.test/new")});
 }
 
 TEST_F(ServerMessagesTest, LaunchCheckStopsOnlyForAnIntactFalseRun)
 {
-    EXPECT_EQ(messages.checkApplicationLaunch(), 1); // no document
+    EXPECT_EQ(messages.checkApplicationLaunch(), ServerLaunch::Run); // no document
 
     writeFile(cache, "<Orvane status=\"OK\"><Launch><Title>t</Title></Launch></Orvane>");
-    EXPECT_EQ(messages.checkApplicationLaunch(), 1);
+    EXPECT_EQ(messages.checkApplicationLaunch(), ServerLaunch::Run);
     writeFile(cache, "<Orvane status=\"OK\"><Launch><Run/><URL>ftp://example.test/</URL></Launch></Orvane>");
-    EXPECT_EQ(messages.checkApplicationLaunch(), 0);
+    EXPECT_EQ(messages.checkApplicationLaunch(), ServerLaunch::Stop);
     EXPECT_EQ(ui.alerts.size(), 1);
     EXPECT_TRUE(ui.openedURLs().isEmpty()); // not an http address
 
     writeFile(cache, QByteArray("\x1f\x8b\x08\x00 not a document", 19));
-    EXPECT_EQ(messages.checkApplicationLaunch(), -1);
+    EXPECT_EQ(messages.checkApplicationLaunch(), ServerLaunch::Unreadable);
     EXPECT_FALSE(QFile::exists(cache)); // damaged: dropped, and the program goes on
     EXPECT_EQ(ui.alerts.size(), 1);
 }
@@ -145,25 +145,25 @@ TEST_F(ServerMessagesTest, UpdateAlertOpensTheAddressWhicheverButtonIsChosen)
                                "<URL>https://example.test/download</URL></Update></Orvane>");
     };
     announce("3.9");
-    EXPECT_EQ(messages.checkApplicationUpdate(), 0);
+    EXPECT_EQ(messages.checkApplicationUpdate(), ServerUpdate::None);
     EXPECT_TRUE(ui.alerts.isEmpty());
 
     announce("3.10");
     ui.answer = 1; // the second button
-    EXPECT_EQ(messages.checkApplicationUpdate(), 1);
+    EXPECT_EQ(messages.checkApplicationUpdate(), ServerUpdate::Announced);
     EXPECT_EQ(ui.alerts, QStringList{"Orvane 3.10|Get it|0002.0001,0002.0002"});
     EXPECT_EQ(ui.openedURLs(), QList<QUrl>{QUrl("https://example.test/download")});
 
     writeFile(cache, "\x01\x02\x03");
-    EXPECT_EQ(messages.checkApplicationUpdate(), -1);
+    EXPECT_EQ(messages.checkApplicationUpdate(), ServerUpdate::Unreadable);
     QCoreApplication::setApplicationVersion(QString());
 }
 
 TEST_F(ServerMessagesTest, WebsiteAddresses)
 {
-    messages.openWebsite({}, 3);
-    messages.openWebsite({}, 0);
-    messages.openWebsite("https://www.last.fm/user/someone", 4);
+    messages.openWebsite({}, WebsiteOption::Help);
+    messages.openWebsite({}, WebsiteOption::None);
+    messages.openWebsite("https://www.last.fm/user/someone", WebsiteOption::LastFmUser);
     const QList<QUrl> opened = ui.openedURLs();
     ASSERT_EQ(opened.size(), 3);
     EXPECT_EQ(opened[0].path(), "/3/link.php");
@@ -183,7 +183,7 @@ TEST_F(ServerMessagesTest, AffiliateLinkOpensOnlyAnAddressThatEndsAtTheStore)
     server.respond("/index.php", ScriptedResponse::redirect(store.baseUrl() + "/app/orvane?mt=8"));
 
     messages.setAffiliateDelay(0.01);
-    messages.openAffLinkWithOption(2);
+    messages.openAffLinkWithOption(AffiliateOption::PlayerAlreadyRunning);
     ASSERT_TRUE(waitUntil([&] { return !ui.openedURLs().isEmpty(); }));
     EXPECT_EQ(server.requests().last().query().queryItemValue("o"), "2");
     EXPECT_FALSE(server.requests().last().query().hasQueryItem("a"));
