@@ -14,6 +14,7 @@ class FunctionPoolErrorLog;
 class FunctionPoolLog;
 class FunctionPoolPreferences;
 class PoolFunction;
+class PoolFunctionRegistry;
 
 // The organizer's engine: runs one numbered function at a time over a set of the player's
 // tracks. Decides the track set, asks the server gate, the function and the user, then walks
@@ -35,8 +36,10 @@ public:
     static constexpr qint64 kTypSelection = 1;
     static constexpr qint64 kTypLibrary = 2;
 
-    // The default backend must be set first: the engine's connection is made here.
-    explicit FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent = nullptr);
+    // The default backend must be set first: the engine's connection is made here. One object
+    // of each function in `functions` is made here; the registry is not kept.
+    FunctionPoolController(PoolFrontEnd *frontEnd, const PoolFunctionRegistry &functions,
+                           QObject *parent = nullptr);
     ~FunctionPoolController() override;
 
     PoolFrontEnd *frontEnd() const { return frontEnd_; }

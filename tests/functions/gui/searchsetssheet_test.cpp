@@ -2,10 +2,12 @@
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "functions/function0001.h"
+#include "functions/gui/functionsheets.h"
 #include "functions/gui/searchsetssheet.h"
 #include "player/memoryplayer.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/gui/functionpoolwindow.h"
+#include "pool/gui/functionsheetregistry.h"
 #include "pool/poolfunctionregistry.h"
 
 #include <QComboBox>
@@ -42,13 +44,14 @@ protected:
     void SetUp() override
     {
         player->makeDefault();
-        PoolFunctionRegistry::registerFunction(1, QStringLiteral("Search and replace"),
-                                               [](FunctionPoolController *p) { return new Function0001(p); });
+        functions.registerFunction(1, QStringLiteral("Search and replace"),
+                                   [](FunctionPoolController *p) { return new Function0001(p); });
+        registerFunctionSheets(sheets);
         QVariantList saved;
         for (const SearchSet &set : QList<SearchSet>{{"ft.", "feat.", 1, 4}, {"  ", " ", 0, 9}})
             saved.append(set.toMap());
         ASSERT_TRUE(PropertyList::write(OVApplication::ov_applicationOrganizerURLForPlistSearchAndReplaceSets(), saved));
-        window = std::make_unique<FunctionPoolWindow>();
+        window = std::make_unique<FunctionPoolWindow>(functions, sheets);
         window->show();
         window->clickFunctionNavigator(1);
         for (QPushButton *button : window->functionView(1)->findChildren<QPushButton *>())
@@ -68,6 +71,8 @@ protected:
     }
 
     MemoryPlayerPtr player = MemoryPlayer::create();
+    PoolFunctionRegistry functions;
+    FunctionSheetRegistry sheets;
     std::unique_ptr<FunctionPoolWindow> window;
     SearchSetsSheet *sheet = nullptr;
 };
