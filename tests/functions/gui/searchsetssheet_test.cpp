@@ -2,6 +2,7 @@
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "functions/function0001.h"
+#include "functions/function0002.h"
 #include "functions/gui/functionsheets.h"
 #include "functions/gui/searchsetssheet.h"
 #include "player/memoryplayer.h"
@@ -167,6 +168,23 @@ TEST_F(SearchSetsSheetTest, DoneAndEscapeSaveTheSetsAndCloseTheSheet)
             saved.append(SearchSet::fromMap(entry.toMap()));
         EXPECT_EQ(saved, lettered(escape ? "XY" : "Z"));
     }
+}
+
+TEST(FunctionSheets, OnlyFunctionOneGetsTheSearchSetsSheet)
+{
+    FunctionSheetRegistry sheets;
+    registerFunctionSheets(sheets);
+    QWidget window;
+    Function0001 searchReplace(nullptr);
+    Function0002 changeCase(nullptr);
+    sheets.attachSheets(2, &searchReplace, &window);
+    sheets.attachSheets(1, &changeCase, &window);
+    EXPECT_TRUE(window.findChildren<SearchSetsSheet *>().isEmpty());
+    sheets.attachSheets(1, &searchReplace, &window);
+    EXPECT_EQ(window.findChildren<SearchSetsSheet *>().size(), 1);
+    // Without the module's sheets the window gets none.
+    FunctionSheetRegistry().attachSheets(1, &searchReplace, &window);
+    EXPECT_EQ(window.findChildren<SearchSetsSheet *>().size(), 1);
 }
 
 } // namespace
