@@ -6,10 +6,14 @@
 #include "application/appcontroller.h"
 #include "application/applicationui_widgets.h"
 #include "application/apppreferences.h"
+#include "functions/builtinfunctions.h"
+#include "functions/gui/functionsheets.h"
 #include "orvaneversion.h"
 #include "player/library/gui/librarywindowcontroller.h"
 #include "player/library/librarybackend.h"
+#include "pool/gui/functionsheetregistry.h"
 #include "pool/gui/organizerwindowcontroller.h"
+#include "pool/poolfunctionregistry.h"
 #include "services/server/gui/servermessagesui_widgets.h"
 #include "services/server/ovlink.h"
 #include "services/server/servermessages.h"
@@ -34,6 +38,11 @@ int main(int argc, char *argv[])
     AppContext context;
     context.install();
     AppPreferences preferences;
+    // The organizer's functions and their sheets.
+    PoolFunctionRegistry functions;
+    registerBuiltInFunctions(functions);
+    FunctionSheetRegistry sheets;
+    registerFunctionSheets(sheets);
 
     const ProgramPlayer program = createPlayerBackend();
     context.setPlayerBackend(program.player);
@@ -57,8 +66,8 @@ int main(int argc, char *argv[])
     WidgetServerMessagesUi serverUi(ui);
     ProgramServiceFactory services;
     services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
-    services.functionPoolWindowMaker = [](const FunctionPoolWindowHooks &hooks) {
-        return std::make_shared<OrganizerWindowController>(hooks);
+    services.functionPoolWindowMaker = [&functions, &sheets](const FunctionPoolWindowHooks &hooks) {
+        return std::make_shared<OrganizerWindowController>(hooks, functions, sheets);
     };
     AppController controller(context, ui, services, preferences);
     // The windows report their closing by number.

@@ -4,6 +4,8 @@
 #include "cli/librarycommand.h"
 #include "cli/organizecommand.h"
 #include "cli/servercommand.h"
+#include "functions/builtinfunctions.h"
+#include "pool/poolfunctionregistry.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -17,6 +19,8 @@ int main(int argc, char *argv[])
     // The composition root: what every part may reach without being handed it.
     AppContext context;
     context.install();
+    PoolFunctionRegistry functions;
+    registerBuiltInFunctions(functions);
 
     QStringList arguments = application.arguments().mid(1);
     // Before any command, as the program does at launch: the server document is fetched afresh,
@@ -26,7 +30,8 @@ int main(int argc, char *argv[])
 
     const QHash<QString, std::function<int(const QStringList &)>> commands = {
         {QStringLiteral("library"), runLibraryCommand},
-        {QStringLiteral("organize"), [&context](const QStringList &rest) { return runOrganizeCommand(rest, context); }},
+        {QStringLiteral("organize"),
+         [&context, &functions](const QStringList &rest) { return runOrganizeCommand(rest, context, functions); }},
         {QStringLiteral("server"), [&download](const QStringList &rest) { return runServerCommand(rest, download); }},
     };
     const auto command = arguments.isEmpty() ? commands.constEnd()

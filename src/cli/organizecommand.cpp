@@ -22,12 +22,12 @@ int usage(QTextStream &err, const QString &problem)
 
 } // namespace
 
-int runOrganizeCommand(const QStringList &arguments, AppContext &context)
+int runOrganizeCommand(const QStringList &arguments, AppContext &context, const PoolFunctionRegistry &functions)
 {
     QTextStream out(stdout);
     QTextStream err(stderr);
     if (arguments == QStringList{QStringLiteral("--list")})
-        return OrganizeRun::listFunctions(out);
+        return OrganizeRun::listFunctions(functions, out);
 
     bool isNumber = false;
     OrganizeRequest request;
@@ -35,7 +35,7 @@ int runOrganizeCommand(const QStringList &arguments, AppContext &context)
     if (!isNumber)
         return usage(err, QStringLiteral("organize needs --list or a function number"));
     if (arguments.mid(1) == QStringList{QStringLiteral("--help")})
-        return OrganizeRun::describeFunction(request.number, out, err);
+        return OrganizeRun::describeFunction(functions, request.number, out, err);
 
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         const QString &argument = arguments.at(i);
@@ -69,7 +69,7 @@ int runOrganizeCommand(const QStringList &arguments, AppContext &context)
         return 1;
     }
     context.setPlayerBackend(library);
-    OrganizeRun run(out, err, [&library](const QList<ITunesTrack> &tracks) {
+    OrganizeRun run(functions, out, err, [&library](const QList<ITunesTrack> &tracks) {
         QStringList persistentIDs;
         for (const ITunesTrack &track : tracks)
             persistentIDs.append(track.persistentID());

@@ -5,16 +5,11 @@
 #include "additions/textsearch.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/functionpoolpreferences.h"
-#include "pool/poolfunctionregistry.h"
 #include "regex/regexreplace.h"
 
 #include <array>
 
 namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    1, QStringLiteral("Search and replace"),
-    [](FunctionPoolController *pool) { return new Function0001(pool); });
 
 // The tags a run may touch, in the order they are worked on, with the setting that chooses each.
 struct SearchTag

@@ -3,15 +3,6 @@
 #include "additions/textadditions.h"
 #include "additions/textsearch.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    2, QStringLiteral("Change case"),
-    [](FunctionPoolController *pool) { return new Function0002(pool); });
-
-} // namespace
 
 // One tag the function may change: its switch and the track's accessors.
 struct Function0002::CaseTag

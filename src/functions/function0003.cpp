@@ -1,13 +1,8 @@
 #include "functions/function0003.h"
 
 #include "functions/function0003tagedit.h"
-#include "pool/poolfunctionregistry.h"
 
 namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    3, QStringLiteral("Copy or swap tags"),
-    [](FunctionPoolController *pool) { return new Function0003(pool); });
 
 constexpr qint64 kDefaultSourceTag = 15;
 constexpr qint64 kFirstSpecialTag = 100;

@@ -2,15 +2,6 @@
 
 #include "additions/textsearch.h"
 #include "functions/function0003tagedit.h"
-#include "pool/poolfunctionregistry.h"
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    4, QStringLiteral("Cut tags"),
-    [](FunctionPoolController *pool) { return new Function0004(pool); });
-
-} // namespace
 
 Function0004::Function0004(FunctionPoolController *pool, QObject *parent)
     : PoolFunction(pool, parent)

@@ -1,15 +1,6 @@
 #include "functions/function0005.h"
 
 #include "functions/function0003tagedit.h"
-#include "pool/poolfunctionregistry.h"
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    5, QStringLiteral("Add to tags"),
-    [](FunctionPoolController *pool) { return new Function0005(pool); });
-
-} // namespace
 
 Function0005::Function0005(FunctionPoolController *pool, QObject *parent)
     : PoolFunction(pool, parent)

@@ -4,16 +4,7 @@
 #include "functions/tagcomposition.h"
 #include "functions/trackrelocation.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
 
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    6, QStringLiteral("File names from tags"),
-    [](FunctionPoolController *pool) { return new Function0006(pool); });
-
-} // namespace
 
 QString Function0006::leadingZero(const QString &text, qint64 tagNo) const
 {

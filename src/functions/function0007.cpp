@@ -7,15 +7,6 @@
 #include "functions/trackrelocation.h"
 #include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    7, QStringLiteral("Tags from the file name"),
-    [](FunctionPoolController *pool) { return new Function0007(pool); });
-
-} // namespace
 
 void Function0007::setYourOption(qint64 option)
 {

@@ -6,15 +6,6 @@
 #include "functions/trackrelocation.h"
 #include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    9, QStringLiteral("Tags from the album folder"),
-    [](FunctionPoolController *pool) { return new Function0009(pool); });
-
-} // namespace
 
 PoolFunctionAnswer Function0009::doMyFunctionCheck()
 {

@@ -2,16 +2,7 @@
 
 #include "functions/tagcomposition.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
 
-
-namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    10, QStringLiteral("Album folder names from tags"),
-    [](FunctionPoolController *pool) { return new Function0010(pool); });
-
-} // namespace
 
 Function0010::Function0010(FunctionPoolController *pool, QObject *parent)
     : PoolFunction(pool, parent), follower_(pool)

@@ -4,16 +4,11 @@
 #include "additions/textvalues.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/functionpoolpreferences.h"
-#include "pool/poolfunctionregistry.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    11, QStringLiteral("Track and disc numbers from the folders"),
-    [](FunctionPoolController *pool) { return new Function0011(pool); });
 
 QStringList entryNames(const QString &folder)
 {

@@ -4,14 +4,10 @@
 #include "additions/textadditions.h"
 #include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
 
 #include <QFileInfo>
 
 namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    17, QStringLiteral("Tag tools"), [](FunctionPoolController *pool) { return new Function0017(pool); });
 
 constexpr qsizetype kLongestTrackInfo = 255;
 constexpr qsizetype kShortenedTrackInfo = 252;

@@ -3,14 +3,10 @@
 #include "functions/likepattern.h"
 #include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
-#include "pool/poolfunctionregistry.h"
 
 #include <QDateTime>
 
 namespace {
-
-const PoolFunctionRegistry::Registration registration(
-    18, QStringLiteral("Playlists from tags"), [](FunctionPoolController *pool) { return new Function0018(pool); });
 
 QVariantMap named(const QString &name)
 {

@@ -44,7 +44,8 @@ bool isChangingOperation(const QString &operation)
 
 } // namespace
 
-FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent)
+FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, const PoolFunctionRegistry &functions,
+                                               QObject *parent)
     : QObject(parent),
       frontEnd_(frontEnd),
       myPreferences_(new FunctionPoolPreferences(this, this)),
@@ -53,7 +54,7 @@ FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, QObject *
       yourTunes_(ITunesApplication::withBackend(contextLibraryBackend()))
 {
     yourTunes_.setDelegate(this);
-    for (const PoolFunctionRegistry::Entry &entry : PoolFunctionRegistry::entries()) {
+    for (const PoolFunctionRegistry::Entry &entry : functions.entries()) {
         PoolFunction *function = entry.factory(this);
         if (!function)
             continue;

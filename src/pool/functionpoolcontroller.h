@@ -14,6 +14,7 @@
 
 class FunctionPoolPreferences;
 class PoolFunction;
+class PoolFunctionRegistry;
 enum class PoolStep : qint64;
 
 // The track sets a run covers.
@@ -48,8 +49,11 @@ public:
     };
     Q_ENUM(RunState)
 
-    // The default backend must be set first: the engine's connection is made here.
-    explicit FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent = nullptr);
+    // The application context must be installed first: the engine's connection to its library
+    // backend is made here. One object of each function in `functions` is made here; the
+    // registry is not kept.
+    FunctionPoolController(PoolFrontEnd *frontEnd, const PoolFunctionRegistry &functions,
+                           QObject *parent = nullptr);
     ~FunctionPoolController() override;
 
     PoolFrontEnd *frontEnd() const { return frontEnd_; }

@@ -59,23 +59,25 @@ QList<QMetaProperty> functionSettings(const QObject &function)
 
 } // namespace
 
-OrganizeRun::OrganizeRun(QTextStream &out, QTextStream &err, SelectTracks selectTracks)
-    : out_(out), err_(err), selectTracks_(std::move(selectTracks))
+OrganizeRun::OrganizeRun(const PoolFunctionRegistry &functions, QTextStream &out, QTextStream &err,
+                         SelectTracks selectTracks)
+    : functions_(functions), out_(out), err_(err), selectTracks_(std::move(selectTracks))
 {
 }
 
-int OrganizeRun::listFunctions(QTextStream &out)
+int OrganizeRun::listFunctions(const PoolFunctionRegistry &functions, QTextStream &out)
 {
-    for (const PoolFunctionRegistry::Entry &entry : PoolFunctionRegistry::entries())
+    for (const PoolFunctionRegistry::Entry &entry : functions.entries())
         out << entry.number << '\t' << PoolFunctionRegistry::className(entry.number) << '\t'
             << entry.title << '\n';
     out.flush();
     return 0;
 }
 
-int OrganizeRun::describeFunction(qint64 number, QTextStream &out, QTextStream &err)
+int OrganizeRun::describeFunction(const PoolFunctionRegistry &functions, qint64 number, QTextStream &out,
+                                  QTextStream &err)
 {
-    const QList<PoolFunctionRegistry::Entry> entries = PoolFunctionRegistry::entries();
+    const QList<PoolFunctionRegistry::Entry> entries = functions.entries();
     const auto entry = std::find_if(entries.begin(), entries.end(),
                                     [number](const auto &e) { return e.number == number; });
     if (entry == entries.end()) {
@@ -182,7 +184,7 @@ int OrganizeRun::run(const OrganizeRequest &request)
     folder_ = request.folder;
     alerted_ = completed_ = false;
 
-    FunctionPoolController pool(this);
+    FunctionPoolController pool(this, functions_);
     if (PoolFunction *function = pool.myFunction(request.number)) {
         for (const auto &[name, value] : request.settings) {
             QString problem;

@@ -8,6 +8,7 @@
 #include <QTextStream>
 
 class FunctionPoolController;
+class PoolFunctionRegistry;
 
 // One organizer run asked for on the command line.
 struct OrganizeRequest
@@ -21,14 +22,16 @@ struct OrganizeRequest
 
 // The front end of "orvane-cli organize": drives the engine like the organizer window does,
 // answering its confirmation with yes, and prints the change log and error log as JSON lines
-// on `out` and alerts as key and text on `err`. Main thread.
+// on `out` and alerts as key and text on `err`. Its engines have the functions of the registry
+// it is given, which must outlive it. Main thread.
 class OrganizeRun : public PoolFrontEnd
 {
 public:
     // Makes the given tracks the selection of the player the engine works on.
     using SelectTracks = std::function<void(const QList<ITunesTrack> &tracks)>;
 
-    OrganizeRun(QTextStream &out, QTextStream &err, SelectTracks selectTracks);
+    OrganizeRun(const PoolFunctionRegistry &functions, QTextStream &out, QTextStream &err,
+                SelectTracks selectTracks);
 
     // Exit status: 0 for a run that went to its end with every track handled, 1 for a run in
     // which any track failed (counted on `err`) or that the function stopped by itself, 2 for
@@ -36,9 +39,10 @@ public:
     int run(const OrganizeRequest &request);
 
     // "N<TAB>Function000N<TAB>title" per function of this build.
-    static int listFunctions(QTextStream &out);
+    static int listFunctions(const PoolFunctionRegistry &functions, QTextStream &out);
     // "name<TAB>type<TAB>default" per setting of the function.
-    static int describeFunction(qint64 number, QTextStream &out, QTextStream &err);
+    static int describeFunction(const PoolFunctionRegistry &functions, qint64 number, QTextStream &out,
+                                QTextStream &err);
 
     // The tracks whose files are the given files or lie below the given folders: in the order
     // of the paths, within a folder by ascending path, each track once.
@@ -67,6 +71,7 @@ private:
     int failRequest(const QString &problem);
     bool prepareTrackSet(FunctionPoolController &pool, const OrganizeRequest &request);
 
+    const PoolFunctionRegistry &functions_;
     QTextStream &out_;
     QTextStream &err_;
     SelectTracks selectTracks_;

@@ -3,9 +3,9 @@
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "audiofixtures.h"
+#include "functions/builtinfunctions.h"
 #include "pool/functionpoollog.h"
 #include "pool/functionpoolpreferences.h"
-#include "pool/poolfunctionregistry.h"
 #include "pooltestsupport.h"
 #include "testenvironment.h"
 
@@ -33,6 +33,7 @@ protected:
     void SetUp() override
     {
         PoolTest::SetUp();
+        registerBuiltInFunctions(functions);
         makePool({});
         pool->myPreferences()->setPrefLogChangedTracks(true);
         pool->myPreferences()->setPrefLogUnchangedTracks(true);

@@ -2,20 +2,20 @@
 
 #include "pooltestsupport.h"
 
+#include "functions/builtinfunctions.h"
 #include "pool/functionpoollog.h"
-#include "pool/poolfunctionregistry.h"
 
 #include <QProcess>
 #include <QProcessEnvironment>
 
-// The engine over the in-memory player with the program's own functions, as they registered
-// themselves.
+// The engine over the in-memory player with the program's own functions.
 class TagToolTest : public PoolTest
 {
 protected:
     void SetUp() override
     {
         PoolTest::SetUp();
+        registerBuiltInFunctions(functions);
         makePool({});
         QObject::connect(pool->myFunctionPoolLog(), &FunctionPoolLog::logEntryAdded,
                          [this](TrackLogState state, const QString &) { states.append(qint64(state)); });

@@ -35,7 +35,7 @@ TEST_F(PoolTest, ResultsOfCheckAndPreDecideHowFarARunGoes)
     for (const ContractCase &c : cases) {
         SCOPED_TRACE(QStringLiteral("check %1 pre %2").arg(c.check.number()).arg(c.pre.number()).toStdString());
         pool = nullptr;
-        pool = std::make_unique<FunctionPoolController>(&frontEnd);
+        pool = std::make_unique<FunctionPoolController>(&frontEnd, functions);
         pool->myPreferences()->setPrefConfirmFunction(false);
         frontEnd.alerts.clear();
         function(3)->checkResult = c.check;

@@ -61,7 +61,7 @@ TEST(OrganizeRun, SettingsAreSetByNameFromText)
 TEST_F(PoolTest, ARunPrintsTheLogsAsJsonLinesAndAlertsOnStandardError)
 {
     const QList<MemoryObjectPtr> tracks = addSelectedTracks(3);
-    PoolFunctionRegistry::registerFunction(3, "Test", [](FunctionPoolController *p) {
+    functions.registerFunction(3, "Test", [](FunctionPoolController *p) {
         auto *function = new TestFunction(p);
         function->onTrack = [function](const ITunesTrack &track) {
             if (track.name() == "Track 1" && function->yourFlag)
@@ -74,7 +74,7 @@ TEST_F(PoolTest, ARunPrintsTheLogsAsJsonLinesAndAlertsOnStandardError)
     QString out, err;
     QTextStream outStream(&out), errStream(&err);
     QList<ITunesTrack> selected;
-    OrganizeRun run(outStream, errStream, [&](const QList<ITunesTrack> &t) {
+    OrganizeRun run(functions, outStream, errStream, [&](const QList<ITunesTrack> &t) {
         selected = t;
         QList<MemoryObjectPtr> objects;
         for (const ITunesTrack &track : t)
@@ -114,7 +114,7 @@ TEST_F(PoolTest, ARunPrintsTheLogsAsJsonLinesAndAlertsOnStandardError)
 
     QString help;
     QTextStream helpStream(&help);
-    EXPECT_EQ(OrganizeRun::describeFunction(3, helpStream, errStream), 0);
+    EXPECT_EQ(OrganizeRun::describeFunction(functions, 3, helpStream, errStream), 0);
     EXPECT_EQ(help, "yourText\ttext\t\"feat.\"\nyourFlag\tboolean\ttrue\nyourCount\tinteger\t3\n");
 }
 

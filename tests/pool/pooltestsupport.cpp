@@ -3,7 +3,6 @@
 
 #include "pool/functionpoollog.h"
 #include "pool/functionpoolpreferences.h"
-#include "pool/poolfunctionregistry.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -62,26 +61,20 @@ void TestFunction::record(const QString &call)
 void PoolTest::SetUp()
 {
     player->makeDefault();
-    registeredBefore_ = PoolFunctionRegistry::entries();
 }
 
 void PoolTest::TearDown()
 {
     pool.reset();
-    // The program's own functions registered themselves at start; a test's stand-ins leave.
-    for (const auto &entry : PoolFunctionRegistry::entries())
-        PoolFunctionRegistry::unregisterFunction(entry.number);
-    for (const auto &entry : registeredBefore_)
-        PoolFunctionRegistry::registerFunction(entry.number, entry.title, entry.factory);
     appContext()->setPlayerBackend(nullptr);
 }
 
 void PoolTest::makePool(QList<int> numbers)
 {
     for (int number : numbers)
-        PoolFunctionRegistry::registerFunction(number, QStringLiteral("Test %1").arg(number),
-                                               [](FunctionPoolController *p) { return new TestFunction(p); });
-    pool = std::make_unique<FunctionPoolController>(&frontEnd);
+        functions.registerFunction(number, QStringLiteral("Test %1").arg(number),
+                                   [](FunctionPoolController *p) { return new TestFunction(p); });
+    pool = std::make_unique<FunctionPoolController>(&frontEnd, functions);
     pool->myPreferences()->setPrefConfirmFunction(false);
 }
 

@@ -86,9 +86,9 @@ private:
     QStringList calls_;
 };
 
-// A memory player as the default backend, TestFunction registered under the given numbers (the
-// registry is as it was again after each test),
-// an engine with a recording front end, and confirmation off unless a test turns it on.
+// A memory player as the default backend, the test's own registry of functions (TestFunction
+// under the numbers makePool is given, and whatever else the test adds first), an engine with a
+// recording front end, and confirmation off unless a test turns it on.
 class PoolTest : public ::testing::Test
 {
 protected:
@@ -106,8 +106,6 @@ protected:
 
     MemoryPlayerPtr player = MemoryPlayer::create();
     RecordingFrontEnd frontEnd;
+    PoolFunctionRegistry functions;
     std::unique_ptr<FunctionPoolController> pool;
-
-private:
-    QList<PoolFunctionRegistry::Entry> registeredBefore_;
 };

@@ -59,12 +59,14 @@ QLabel *paragraph(const QString &content, QWidget *parent)
 
 } // namespace
 
-FunctionPoolWindow::FunctionPoolWindow(QWidget *parent) : QMainWindow(parent)
+FunctionPoolWindow::FunctionPoolWindow(const PoolFunctionRegistry &functions, const FunctionSheetRegistry &sheets,
+                                       QWidget *parent)
+    : QMainWindow(parent)
 {
     setWindowTitle(text("0000.0001"));
     // A plain window: closing is the only window-manager action it offers.
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-    pool_ = new FunctionPoolController(this, this);
+    pool_ = new FunctionPoolController(this, functions, this);
 
     progress_ = new ProgressSheet(this);
     connect(progress_, &ProgressSheet::cancelClicked, this, [this] { pool_->clickFunctionCancel(); });
@@ -85,13 +87,13 @@ FunctionPoolWindow::FunctionPoolWindow(QWidget *parent) : QMainWindow(parent)
     viewStack_ = new QStackedWidget(this);
     views_.insert(kStartPanel, makeStartView());
     viewStack_->addWidget(views_.value(kStartPanel));
-    for (const PoolFunctionRegistry::Entry &entry : PoolFunctionRegistry::entries()) {
+    for (const PoolFunctionRegistry::Entry &entry : functions.entries()) {
         if (!pool_->myFunction(entry.number))
             continue;
         auto *item = new QListWidgetItem(entry.title, navigator_);
         item->setData(Qt::UserRole, entry.number);
         item->setToolTip(PoolFunctionRegistry::className(entry.number));
-        QWidget *view = makeFunctionView(entry.number, entry.title);
+        QWidget *view = makeFunctionView(entry.number, entry.title, sheets);
         views_.insert(entry.number, view);
         viewStack_->addWidget(view);
     }
@@ -152,7 +154,8 @@ QWidget *FunctionPoolWindow::makeStartView()
     return view;
 }
 
-QWidget *FunctionPoolWindow::makeFunctionView(qint64 number, const QString &title)
+QWidget *FunctionPoolWindow::makeFunctionView(qint64 number, const QString &title,
+                                              const FunctionSheetRegistry &sheets)
 {
     PoolFunction *function = pool_->myFunction(number);
     const PanelDescription description = function->panelDescription();
@@ -180,7 +183,7 @@ QWidget *FunctionPoolWindow::makeFunctionView(qint64 number, const QString &titl
     bottom->addStretch(1);
     bottom->addWidget(run);
     layout->addLayout(bottom);
-    FunctionSheetRegistry::attachSheets(number, function, this);
+    sheets.attachSheets(number, function, this);
     return view;
 }
 

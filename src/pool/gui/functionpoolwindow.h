@@ -7,7 +7,9 @@
 #include <QPointer>
 
 class FunctionPoolController;
+class FunctionSheetRegistry;
 class LogSheet;
+class PoolFunctionRegistry;
 class PoolPreferencesSheet;
 class ProgressSheet;
 class QAction;
@@ -18,7 +20,8 @@ class QStackedWidget;
 // The organizer window: a toolbar, the navigator of the functions and one panel per function
 // (the start panel while none is chosen), each built from the function's description. It owns
 // the engine and is the engine's front end: progress, alerts, logs and folder questions are
-// its sheets. Main thread.
+// its sheets. It has the functions of the registry it is given and their sheets; it keeps
+// neither registry. Main thread.
 class FunctionPoolWindow : public QMainWindow, public PoolFrontEnd
 {
     Q_OBJECT
@@ -28,7 +31,8 @@ public:
     // Toolbar items by tag.
     enum ToolbarItem { PreferencesItem = 1, LogItem = 2, LibraryItem = 3 };
 
-    explicit FunctionPoolWindow(QWidget *parent = nullptr);
+    FunctionPoolWindow(const PoolFunctionRegistry &functions, const FunctionSheetRegistry &sheets,
+                       QWidget *parent = nullptr);
     ~FunctionPoolWindow() override;
 
     FunctionPoolController *functionPool() const { return pool_; }
@@ -67,7 +71,7 @@ public:
 private:
     void makeToolbar();
     QWidget *makeStartView();
-    QWidget *makeFunctionView(qint64 number, const QString &title);
+    QWidget *makeFunctionView(qint64 number, const QString &title, const FunctionSheetRegistry &sheets);
     void switchToFunctionView(qint64 number);
     // Alerts attach to the sheet the user is looking at.
     QWidget *sheetParent();

@@ -1,26 +1,14 @@
 #include "pool/gui/functionsheetregistry.h"
 
-#include <QMultiMap>
-
-namespace {
-
-// A function-local static: registrations run during static initialisation in any order.
-QMultiMap<qint64, FunctionSheetRegistry::Attach> &attachments()
-{
-    static QMultiMap<qint64, FunctionSheetRegistry::Attach> map;
-    return map;
-}
-
-} // namespace
-
 void FunctionSheetRegistry::registerSheet(qint64 number, Attach attach)
 {
-    attachments().insert(number, std::move(attach));
+    if (attach)
+        attachments_.insert(number, std::move(attach));
 }
 
-void FunctionSheetRegistry::attachSheets(qint64 number, PoolFunction *function, QWidget *window)
+void FunctionSheetRegistry::attachSheets(qint64 number, PoolFunction *function, QWidget *window) const
 {
-    const auto range = attachments().equal_range(number);
+    const auto range = attachments_.equal_range(number);
     for (auto it = range.first; it != range.second; ++it)
         (*it)(function, window);
 }

@@ -10,8 +10,10 @@
 #include <QPropertyAnimation>
 #include <QScreen>
 
-OrganizerWindowController::OrganizerWindowController(FunctionPoolWindowHooks hooks)
-    : hooks_(std::move(hooks)), window_(new FunctionPoolWindow)
+OrganizerWindowController::OrganizerWindowController(FunctionPoolWindowHooks hooks,
+                                                     const PoolFunctionRegistry &functions,
+                                                     const FunctionSheetRegistry &sheets)
+    : hooks_(std::move(hooks)), window_(new FunctionPoolWindow(functions, sheets))
 {
     window_->setOpenLibraryWindow(hooks_.openLibraryWindow);
     window_->installEventFilter(this);

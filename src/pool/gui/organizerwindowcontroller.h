@@ -6,18 +6,22 @@
 #include <QPointer>
 
 class FunctionPoolWindow;
+class FunctionSheetRegistry;
+class PoolFunctionRegistry;
 class QPropertyAnimation;
 
 // Opens and closes the organizer window for the application controller, with the fades of the
 // general preferences. The window closes only through closeFunctionPoolMainWindow(), which
 // saves the pool settings first; once it has closed, the controller is told through
-// killTargetWindow(2). Owns the window; main thread.
+// killTargetWindow(2). Owns the window, made with the given functions and their sheets; main
+// thread.
 class OrganizerWindowController : public QObject, public FunctionPoolWindowController
 {
     Q_OBJECT
 
 public:
-    explicit OrganizerWindowController(FunctionPoolWindowHooks hooks);
+    OrganizerWindowController(FunctionPoolWindowHooks hooks, const PoolFunctionRegistry &functions,
+                              const FunctionSheetRegistry &sheets);
     ~OrganizerWindowController() override;
 
     FunctionPoolWindow *window() const { return window_; }

@@ -2,10 +2,13 @@
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "functions/function0001.h"
+#include "functions/function0002.h"
+#include "functions/gui/functionsheets.h"
 #include "functions/gui/searchsetssheet.h"
 #include "player/memoryplayer.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/gui/functionpoolwindow.h"
+#include "pool/gui/functionsheetregistry.h"
 #include "pool/poolfunctionregistry.h"
 
 #include <QComboBox>
@@ -42,13 +45,14 @@ protected:
     void SetUp() override
     {
         player->makeDefault();
-        PoolFunctionRegistry::registerFunction(1, QStringLiteral("Search and replace"),
-                                               [](FunctionPoolController *p) { return new Function0001(p); });
+        functions.registerFunction(1, QStringLiteral("Search and replace"),
+                                   [](FunctionPoolController *p) { return new Function0001(p); });
+        registerFunctionSheets(sheets);
         QVariantList saved;
         for (const SearchSet &set : QList<SearchSet>{{"ft.", "feat.", 1, SearchMode::WholeWord}, {"  ", " ", 0, SearchMode::RegularExpression}})
             saved.append(set.toMap());
         ASSERT_TRUE(PropertyList::write(OVApplication::ov_applicationOrganizerURLForPlistSearchAndReplaceSets(), saved));
-        window = std::make_unique<FunctionPoolWindow>();
+        window = std::make_unique<FunctionPoolWindow>(functions, sheets);
         window->show();
         window->clickFunctionNavigator(1);
         for (QPushButton *button : window->functionView(1)->findChildren<QPushButton *>())
@@ -68,6 +72,8 @@ protected:
     }
 
     MemoryPlayerPtr player = MemoryPlayer::create();
+    PoolFunctionRegistry functions;
+    FunctionSheetRegistry sheets;
     std::unique_ptr<FunctionPoolWindow> window;
     SearchSetsSheet *sheet = nullptr;
 };
@@ -162,6 +168,23 @@ TEST_F(SearchSetsSheetTest, DoneAndEscapeSaveTheSetsAndCloseTheSheet)
             saved.append(SearchSet::fromMap(entry.toMap()));
         EXPECT_EQ(saved, lettered(escape ? "XY" : "Z"));
     }
+}
+
+TEST(FunctionSheets, OnlyFunctionOneGetsTheSearchSetsSheet)
+{
+    FunctionSheetRegistry sheets;
+    registerFunctionSheets(sheets);
+    QWidget window;
+    Function0001 searchReplace(nullptr);
+    Function0002 changeCase(nullptr);
+    sheets.attachSheets(2, &searchReplace, &window);
+    sheets.attachSheets(1, &changeCase, &window);
+    EXPECT_TRUE(window.findChildren<SearchSetsSheet *>().isEmpty());
+    sheets.attachSheets(1, &searchReplace, &window);
+    EXPECT_EQ(window.findChildren<SearchSetsSheet *>().size(), 1);
+    // Without the module's sheets the window gets none.
+    FunctionSheetRegistry().attachSheets(1, &searchReplace, &window);
+    EXPECT_EQ(window.findChildren<SearchSetsSheet *>().size(), 1);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "pool/functionpoollog.h"
 #include "pool/functionpoolpreferences.h"
 #include "pool/gui/functionpoolwindow.h"
+#include "pool/gui/functionsheetregistry.h"
 #include "pool/gui/organizerwindowcontroller.h"
 #include "pool/gui/poolpreferencessheet.h"
 #include "pool/gui/poolsheets.h"
@@ -49,9 +50,9 @@ protected:
     void SetUp() override
     {
         player->makeDefault();
-        PoolFunctionRegistry::registerFunction(3, QStringLiteral("Test three"),
-                                               [](FunctionPoolController *p) { return new TestFunction(p); });
-        window = std::make_unique<FunctionPoolWindow>();
+        functions.registerFunction(3, QStringLiteral("Test three"),
+                                   [](FunctionPoolController *p) { return new TestFunction(p); });
+        window = std::make_unique<FunctionPoolWindow>(functions, sheets);
         window->show();
         pool()->myPreferences()->setPrefConfirmFunction(false);
     }
@@ -59,7 +60,6 @@ protected:
     void TearDown() override
     {
         window.reset();
-        PoolFunctionRegistry::unregisterFunction(3);
         appContext()->setPlayerBackend(nullptr);
     }
 
@@ -78,6 +78,8 @@ protected:
     bool idle() const { return pool()->runState() == FunctionPoolController::RunState::Idle; }
 
     MemoryPlayerPtr player = MemoryPlayer::create();
+    PoolFunctionRegistry functions;
+    FunctionSheetRegistry sheets;
     std::unique_ptr<FunctionPoolWindow> window;
 };
 
@@ -209,8 +211,11 @@ TEST(OrganizerWindowControllerTest, ClosingTheWindowSavesFadesOutAndReportsToThe
     MemoryPlayerPtr player = MemoryPlayer::create();
     player->makeDefault();
     QList<int> killed;
+    const PoolFunctionRegistry functions;
+    const FunctionSheetRegistry sheets;
     {
-        OrganizerWindowController controller({.killTargetWindow = [&](int option) { killed.append(option); }});
+        OrganizerWindowController controller({.killTargetWindow = [&](int option) { killed.append(option); }},
+                                             functions, sheets);
         controller.openFunctionPoolMainWindow();
         EXPECT_TRUE(controller.isWindowVisible());
         controller.closeFunctionPoolMainWindow(); // refused while fading in
