@@ -2,6 +2,7 @@
 
 #include "functions/function0003tagedit.h"
 #include "pool/poolfunctionregistry.h"
+#include "pool/tagtable.h"
 
 namespace {
 
@@ -52,8 +53,8 @@ void Function0003::doMyFunctionMain(const ITunesTrack &track)
 
 void Function0003::runCopyTags(const ITunesTrack &track)
 {
-    const QString source = AppToDo::pullTrackTag(track, yourSourceTag_);
-    const QString target = AppToDo::pullTrackTag(track, yourTargetTag_);
+    const QString source = pullTrackTag(track, yourSourceTag_);
+    const QString target = pullTrackTag(track, yourTargetTag_);
     if (source == target)
         return;
     // A number tag reads "0" when it is not set, so that copies like an empty text.
@@ -68,8 +69,8 @@ void Function0003::runCopyTags(const ITunesTrack &track)
 
 void Function0003::runSwapTags(const ITunesTrack &track)
 {
-    const QString source = AppToDo::pullTrackTag(track, yourSourceTag_);
-    const QString target = AppToDo::pullTrackTag(track, yourTargetTag_);
+    const QString source = pullTrackTag(track, yourSourceTag_);
+    const QString target = pullTrackTag(track, yourTargetTag_);
     if (source == target)
         return;
     if (source.isEmpty() || target.isEmpty()) {

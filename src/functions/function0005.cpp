@@ -2,6 +2,7 @@
 
 #include "functions/function0003tagedit.h"
 #include "pool/poolfunctionregistry.h"
+#include "pool/tagtable.h"
 
 namespace {
 
@@ -23,8 +24,8 @@ qint64 Function0005::doMyFunctionCheck()
 
 void Function0005::doMyFunctionMain(const ITunesTrack &track)
 {
-    const QString original = AppToDo::pullTrackTag(track, yourPerformOn_);
-    const QString second = yourAddOption_ ? AppToDo::pullTrackTag(track, yourAddOptionTag_) : QString();
+    const QString original = pullTrackTag(track, yourPerformOn_);
+    const QString second = yourAddOption_ ? pullTrackTag(track, yourAddOptionTag_) : QString();
     const QString text = yourAddSide_ == kInFront ? second + yourAddText_ + original
                                                   : original + yourAddText_ + second;
     TagEdit::pushTagIfChanged(myFunctionPool(), track, yourPerformOn_, original, text, yourRemoveSpaces_);

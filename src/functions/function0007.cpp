@@ -5,9 +5,9 @@
 #include "additions/textsearch.h"
 #include "functions/tagcomposition.h"
 #include "functions/trackrelocation.h"
-#include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
 #include "pool/poolfunctionregistry.h"
+#include "pool/tagtable.h"
 
 namespace {
 
@@ -38,7 +38,7 @@ qint64 Function0007::doMyFunctionCheck()
 
 void Function0007::writePart(const ITunesTrack &track, qint64 tag, const QString &part) const
 {
-    AppToDo::pushTrackTag(track, tag, part);
+    pushTrackTag(track, tag, part);
     myFunctionPool()->setYourLogNo(1);
 }
 
