@@ -21,7 +21,6 @@ Q_LOGGING_CATEGORY(lcApplication, "orvane.application")
 
 namespace {
 
-constexpr int kTunesTimeoutTicks = 180;
 constexpr double kWorkaroundStepSeconds = 0.2;
 constexpr double kLastFMMessageDelaySeconds = 0.5;
 
@@ -191,7 +190,6 @@ void AppController::launchInDefaultMode()
 {
     yourTunes_ = ITunesApplication::initWithBundleIdentifier(AppToDo::iTunesBundleIdentifier());
     yourTunes_.setDelegate(this);
-    yourTunes_.setTimeout(kTunesTimeoutTicks);
 
     if (PlayerNotifier *notifier = yourTunes_.notifier())
         playerInfoConnection_ = connect(notifier, &PlayerNotifier::playerInfo, this,

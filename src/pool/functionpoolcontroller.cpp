@@ -19,12 +19,6 @@
 
 namespace {
 
-// Timeouts of the engine's connection, in ticks of 1/60 s.
-constexpr int kFetchSelectionTimeout = 36000;
-constexpr int kLibraryTimeoutPerTenThousand = 18000;
-constexpr int kTrackTimeout = 900;
-constexpr int kLibraryTrackTimeout = 180;
-
 constexpr qint64 kLibrarySynchronizeFunction = 14;
 constexpr qint64 kLibrarySearchFunction = 15;
 constexpr qint64 kTakesOverResult = 14;
@@ -67,12 +61,22 @@ FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, QObject *
 
 FunctionPoolController::~FunctionPoolController()
 {
-    // A worker may be waiting for this thread; let it through to its end.
-    yourCurrentFunctionCancel_ = true;
-    while (workerRunning_)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    joinWorker();
+    Q_ASSERT_X(closed_, "~FunctionPoolController", "close() the engine before deleting it");
+    // Without the owner's close() (a release build), at least no thread outlives the engine.
+    close();
     yourTunes_.setDelegate(nullptr);
+}
+
+void FunctionPoolController::close()
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    yourCurrentFunctionCancel_ = true;
+    {
+        std::lock_guard lock(mainThreadMutex_);
+        closed_ = true;
+    }
+    mainThreadDone_.notify_all();
+    joinWorker();
 }
 
 qint64 FunctionPoolController::defaultFunctionTyp(qint64 number)
@@ -85,6 +89,8 @@ qint64 FunctionPoolController::defaultFunctionTyp(qint64 number)
 
 void FunctionPoolController::clickFunctionRun(qint64 number)
 {
+    if (closed_)
+        return;
     setRunState(RunState::Checking);
     // The organizer needs the library open, whether or not a media player is running.
     if (!yourTunes_.isRunning()) {
@@ -200,6 +206,8 @@ void FunctionPoolController::presentAlert(const PoolAlert &alert)
 void FunctionPoolController::poolFunctionPre()
 {
     preScheduled_ = false;
+    if (closed_)
+        return;
     if (!yourCurrentFunction_) {
         showAlertMessage(0);
         return;
@@ -248,9 +256,10 @@ void FunctionPoolController::askForFolder(const QString &messageKey,
 
 void FunctionPoolController::poolFunctionStartThread(qint64 number)
 {
+    if (closed_)
+        return;
     joinWorker();
     setRunState(RunState::Fetching);
-    workerRunning_ = true;
     worker_ = std::thread([this, number] { poolFunctionMain(number); });
 }
 
@@ -283,7 +292,6 @@ void FunctionPoolController::poolFunctionMain(qint64 number)
                                                 QStringLiteral("an object that is not an exception was thrown")));
         stopWithAlert(0);
     }
-    workerRunning_ = false;
 }
 
 void FunctionPoolController::stopWithAlert(qint64 code)
@@ -304,7 +312,6 @@ QList<ITunesTrack> FunctionPoolController::fetchTrackSet(bool &libraryMissing)
             return {};
         }
         const QList<ITunesFileTrack> files = playlist.fileTracks();
-        yourTunes_.setTimeout(int((files.size() / 10000) * kLibraryTimeoutPerTenThousand));
         handles = QList<ITunesTrack>(files.begin(), files.end());
     }
     QList<ITunesTrack> tracks;
@@ -318,7 +325,6 @@ bool FunctionPoolController::poolFunctionLoop()
 {
     yourCurrentFunctionCancel_ = false;
     poolProgressMessage(1);
-    yourTunes_.setTimeout(kFetchSelectionTimeout);
     yourLastErrorNo_ = 0;
     yourFailedTrackCount_ = 0;
 
@@ -362,15 +368,10 @@ bool FunctionPoolController::poolFunctionLoop()
 
     void (FunctionPoolController::*perform)(const ITunesTrack &, qint64) =
         &FunctionPoolController::poolFunctionPerformOnTrack;
-    int timeout = kTrackTimeout;
-    if (number == kLibrarySearchFunction) {
+    if (number == kLibrarySearchFunction)
         perform = &FunctionPoolController::poolFunctionPerformLibrarySearch;
-        timeout = kLibraryTrackTimeout;
-    } else if (number == kLibrarySynchronizeFunction) {
+    else if (number == kLibrarySynchronizeFunction)
         perform = &FunctionPoolController::poolFunctionPerformLibrarySynchronize;
-        timeout = kLibraryTrackTimeout;
-    }
-    yourTunes_.setTimeout(timeout);
 
     for (qint64 index = 0; index < count; ++index) {
         if (yourCurrentFunctionCancel_)
@@ -679,11 +680,34 @@ void FunctionPoolController::setRunState(RunState state)
     });
 }
 
+// Not a blocking queued call: close() must be able to let a waiting worker go, or joining it
+// on the main thread would wait for ever.
 void FunctionPoolController::onMainThread(std::function<void()> work, bool wait)
 {
-    if (QThread::currentThread() == thread())
+    if (QThread::currentThread() == thread()) {
         work();
-    else
-        QMetaObject::invokeMethod(this, std::move(work),
-                                  wait ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
+        return;
+    }
+    if (closed_)
+        return;
+    if (!wait) {
+        QMetaObject::invokeMethod(
+            this, [this, work = std::move(work)] { if (!closed_) work(); }, Qt::QueuedConnection);
+        return;
+    }
+    auto done = std::make_shared<bool>(false); // guarded by mainThreadMutex_
+    QMetaObject::invokeMethod(
+        this,
+        [this, work = std::move(work), done] {
+            if (!closed_)
+                work();
+            {
+                std::lock_guard lock(mainThreadMutex_);
+                *done = true;
+            }
+            mainThreadDone_.notify_all();
+        },
+        Qt::QueuedConnection);
+    std::unique_lock lock(mainThreadMutex_);
+    mainThreadDone_.wait(lock, [this, &done] { return *done || closed_; });
 }

@@ -7,6 +7,8 @@
 #include <QObject>
 
 #include <atomic>
+#include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -19,7 +21,8 @@ class PoolFunction;
 // tracks. Decides the track set, asks the server gate, the function and the user, then walks
 // the tracks on a worker thread of its own, reporting progress, alerts and log entries to its
 // front end (the organizer window or orvane-cli) on the main thread. Owns the preferences, the
-// two logs and one object of each registered function. Lives on the main thread.
+// two logs and one object of each registered function. Lives on the main thread; its owner
+// calls close() before it deletes the engine or the front end.
 class FunctionPoolController : public QObject, public ScriptingBridgeDelegate
 {
     Q_OBJECT
@@ -37,7 +40,14 @@ public:
 
     // The default backend must be set first: the engine's connection is made here.
     explicit FunctionPoolController(PoolFrontEnd *frontEnd, QObject *parent = nullptr);
+    // Expects close() to have been called.
     ~FunctionPoolController() override;
+
+    // Main thread. Cancels a run under way, lets go of a worker waiting for the main thread and
+    // joins it. Afterwards nothing reaches the front end any more, not even what the worker
+    // queued before, and no run starts. Calling it again does nothing.
+    void close();
+    bool isClosed() const { return closed_; }
 
     PoolFrontEnd *frontEnd() const { return frontEnd_; }
     FunctionPoolPreferences *myPreferences() const { return myPreferences_; }
@@ -81,6 +91,10 @@ public:
     void showAlertMessage(qint64 code);
     // The server gate: 1 run, -1 document unreadable, 0 the gate showed its own message.
     qint64 checkFunctionRun();
+    // Runs work on the main thread: at once there, otherwise queued, or with wait queued and
+    // waited for. Once the engine is closed, queued work is dropped and a waiting caller goes
+    // on at once.
+    void onMainThread(std::function<void()> work, bool wait = false);
 
     // Progress, from any thread.
     void poolProgressOpen();
@@ -111,8 +125,6 @@ signals:
 
 private:
     void setRunState(RunState state);
-    // Runs work on the main thread: at once there, otherwise queued or waited for.
-    void onMainThread(std::function<void()> work, bool wait = false);
     void presentAlert(const PoolAlert &alert);
     void confirmationDidEnd(int returnCode, bool suppressionOn, bool hadSuppression);
 
@@ -161,5 +173,9 @@ private:
     RunState runState_ = RunState::Idle; // main thread
     bool preScheduled_ = false;
     std::thread worker_;
-    std::atomic<bool> workerRunning_{false};
+    // Set by close(); guarded by mainThreadMutex_ so that a worker waiting on mainThreadDone_
+    // cannot miss it.
+    std::atomic<bool> closed_{false};
+    std::mutex mainThreadMutex_;
+    std::condition_variable mainThreadDone_;
 };

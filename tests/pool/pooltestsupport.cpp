@@ -80,7 +80,7 @@ void PoolTest::makePool(QList<int> numbers)
     for (int number : numbers)
         PoolFunctionRegistry::registerFunction(number, QStringLiteral("Test %1").arg(number),
                                                [](FunctionPoolController *p) { return new TestFunction(p); });
-    pool = std::make_unique<FunctionPoolController>(&frontEnd);
+    pool.reset(new FunctionPoolController(&frontEnd));
     pool->myPreferences()->setPrefConfirmFunction(false);
 }
 

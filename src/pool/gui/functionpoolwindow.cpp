@@ -116,7 +116,8 @@ FunctionPoolWindow::FunctionPoolWindow(QWidget *parent) : QMainWindow(parent)
 
 FunctionPoolWindow::~FunctionPoolWindow()
 {
-    // The engine reaches this front end until its worker has ended.
+    // The engine reaches this front end until it is closed.
+    pool_->close();
     delete pool_;
 }
 
