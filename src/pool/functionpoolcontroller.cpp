@@ -71,9 +71,11 @@ void FunctionPoolController::close()
 {
     Q_ASSERT(QThread::currentThread() == thread());
     yourCurrentFunctionCancel_ = true;
+    std::deque<MainThreadWork> dropped;
     {
         std::lock_guard lock(mainThreadMutex_);
         closed_ = true;
+        dropped.swap(mainThreadWork_);
     }
     mainThreadDone_.notify_all();
     joinWorker();
@@ -688,26 +690,37 @@ void FunctionPoolController::onMainThread(std::function<void()> work, bool wait)
         work();
         return;
     }
-    if (closed_)
-        return;
-    if (!wait) {
-        QMetaObject::invokeMethod(
-            this, [this, work = std::move(work)] { if (!closed_) work(); }, Qt::QueuedConnection);
-        return;
+    const auto done = wait ? std::make_shared<bool>(false) : nullptr;
+    {
+        std::lock_guard lock(mainThreadMutex_);
+        if (closed_)
+            return;
+        mainThreadWork_.push_back({std::move(work), done});
     }
-    auto done = std::make_shared<bool>(false); // guarded by mainThreadMutex_
-    QMetaObject::invokeMethod(
-        this,
-        [this, work = std::move(work), done] {
-            if (!closed_)
-                work();
-            {
-                std::lock_guard lock(mainThreadMutex_);
-                *done = true;
-            }
-            mainThreadDone_.notify_all();
-        },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "runMainThreadWork", Qt::QueuedConnection);
+    if (!done)
+        return;
     std::unique_lock lock(mainThreadMutex_);
     mainThreadDone_.wait(lock, [this, &done] { return *done || closed_; });
+}
+
+void FunctionPoolController::runMainThreadWork()
+{
+    MainThreadWork next;
+    {
+        std::lock_guard lock(mainThreadMutex_);
+        if (mainThreadWork_.empty()) // dropped by close()
+            return;
+        next = std::move(mainThreadWork_.front());
+        mainThreadWork_.pop_front();
+    }
+    if (!closed_)
+        next.work();
+    if (next.done) {
+        {
+            std::lock_guard lock(mainThreadMutex_);
+            *next.done = true;
+        }
+        mainThreadDone_.notify_all();
+    }
 }

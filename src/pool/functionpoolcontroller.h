@@ -8,7 +8,9 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -125,6 +127,8 @@ signals:
 
 private:
     void setRunState(RunState state);
+    // Runs the oldest work that onMainThread queued; one queued call per piece of work.
+    Q_INVOKABLE void runMainThreadWork();
     void presentAlert(const PoolAlert &alert);
     void confirmationDidEnd(int returnCode, bool suppressionOn, bool hadSuppression);
 
@@ -173,9 +177,16 @@ private:
     RunState runState_ = RunState::Idle; // main thread
     bool preScheduled_ = false;
     std::thread worker_;
-    // Set by close(); guarded by mainThreadMutex_ so that a worker waiting on mainThreadDone_
-    // cannot miss it.
-    std::atomic<bool> closed_{false};
+    // Work for the main thread, handed over under mainThreadMutex_ rather than inside Qt's
+    // event, so that ThreadSanitizer sees the hand-over. done is set once the work has run.
+    struct MainThreadWork
+    {
+        std::function<void()> work;
+        std::shared_ptr<bool> done; // null when nobody waits
+    };
     std::mutex mainThreadMutex_;
     std::condition_variable mainThreadDone_;
+    std::deque<MainThreadWork> mainThreadWork_;
+    // Set by close() under mainThreadMutex_, so that a waiting worker cannot miss it.
+    std::atomic<bool> closed_{false};
 };
