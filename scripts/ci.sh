@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# CI on a clean clone: the README's test command (set-up, build, the whole suite), then the
-# same suite built with AddressSanitizer and UndefinedBehaviorSanitizer. Prints how long each
-# step took. The ThreadSanitizer run (scripts/sanitize.sh thread) is a third build of most of
-# the tree, too long for CI on two cores; it is run by hand (see the README).
+# CI on a clean clone: the README's test command (set-up, build, the whole suite), the same
+# suite built with AddressSanitizer and UndefinedBehaviorSanitizer, then the pool and library
+# tests built with ThreadSanitizer. Prints how long each step took.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -16,3 +15,4 @@ step() {
 
 step "set-up, build and test" bash scripts/test.sh
 step "ASan+UBSan build and test" bash scripts/sanitize.sh address,undefined
+step "TSan build and test (pool, library)" bash scripts/sanitize.sh thread

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr int kTunesTimeoutTicks = 180;
 constexpr double kWorkaroundStepSeconds = 0.2;
 constexpr double kLastFMMessageDelaySeconds = 0.5;
 
@@ -110,7 +109,7 @@ void LaunchSequence::launchInDefaultMode()
     AppController &app = controller_;
     AppPreferences &preferences = app.preferences_;
     AppLinks *links = app.yourAppLinks_.get();
-    app.router_.connectPlayer(AppToDo::iTunesBundleIdentifier(), &app, kTunesTimeoutTicks);
+    app.router_.connectPlayer(AppToDo::iTunesBundleIdentifier(), &app);
 
     if (AppToDo::isITunesRunning()) {
         if (links)

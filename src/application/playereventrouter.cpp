@@ -29,13 +29,11 @@ void PlayerEventRouter::guarded(Body body)
     }
 }
 
-void PlayerEventRouter::connectPlayer(const QString &bundleIdentifier, ScriptingBridgeDelegate *delegate,
-                                      int timeoutTicks)
+void PlayerEventRouter::connectPlayer(const QString &bundleIdentifier, ScriptingBridgeDelegate *delegate)
 {
     QObject::disconnect(playerInfoConnection_);
     yourTunes_ = ITunesApplication::initWithBundleIdentifier(bundleIdentifier);
     yourTunes_.setDelegate(delegate);
-    yourTunes_.setTimeout(timeoutTicks);
     if (PlayerNotifier *notifier = yourTunes_.notifier())
         playerInfoConnection_ = connect(notifier, &PlayerNotifier::playerInfo, this,
                                         &PlayerEventRouter::observeYourTunesPlayerState);

@@ -48,7 +48,7 @@ public:
     const ITunesApplication &yourTunes() const { return yourTunes_; }
     // Connects to the player and starts following its notification; failed calls on the
     // connection go to the delegate.
-    void connectPlayer(const QString &bundleIdentifier, ScriptingBridgeDelegate *delegate, int timeoutTicks);
+    void connectPlayer(const QString &bundleIdentifier, ScriptingBridgeDelegate *delegate);
 
     void observeYourTunesPlayerState(const QVariantMap &userInfo);
     void currentTrackIsChanging();

@@ -1,6 +1,7 @@
 #include "functions/function0003.h"
 
 #include "functions/function0003tagedit.h"
+#include "pool/tagtable.h"
 
 namespace {
 
@@ -47,8 +48,8 @@ void Function0003::doMyFunctionMain(const ITunesTrack &track)
 
 void Function0003::runCopyTags(const ITunesTrack &track)
 {
-    const QString source = AppToDo::pullTrackTag(track, yourSourceTag_);
-    const QString target = AppToDo::pullTrackTag(track, yourTargetTag_);
+    const QString source = pullTrackTag(track, yourSourceTag_);
+    const QString target = pullTrackTag(track, yourTargetTag_);
     if (source == target)
         return;
     // A number tag reads "0" when it is not set, so that copies like an empty text.
@@ -63,8 +64,8 @@ void Function0003::runCopyTags(const ITunesTrack &track)
 
 void Function0003::runSwapTags(const ITunesTrack &track)
 {
-    const QString source = AppToDo::pullTrackTag(track, yourSourceTag_);
-    const QString target = AppToDo::pullTrackTag(track, yourTargetTag_);
+    const QString source = pullTrackTag(track, yourSourceTag_);
+    const QString target = pullTrackTag(track, yourTargetTag_);
     if (source == target)
         return;
     if (source.isEmpty() || target.isEmpty()) {

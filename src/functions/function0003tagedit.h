@@ -1,8 +1,8 @@
 #pragma once
 
 #include "additions/textadditions.h"
-#include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
+#include "pool/tagtable.h"
 
 // What the functions working on tags by number share: the last step of a track, writing a tag's
 // new text and telling the engine that the track changed (worker thread), and their pop-ups.
@@ -10,7 +10,7 @@ namespace TagEdit {
 
 inline void pushChangedTag(FunctionPoolController *pool, const ITunesTrack &track, qint64 tag, const QString &text)
 {
-    AppToDo::pushTrackTag(track, tag, text);
+    pushTrackTag(track, tag, text);
     pool->setYourLogNo(TrackLogState::Changed);
 }
 

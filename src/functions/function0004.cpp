@@ -2,6 +2,7 @@
 
 #include "additions/textsearch.h"
 #include "functions/function0003tagedit.h"
+#include "pool/tagtable.h"
 
 Function0004::Function0004(FunctionPoolController *pool, QObject *parent)
     : PoolFunction(pool, parent)
@@ -42,7 +43,7 @@ void Function0004::runCutByText(const ITunesTrack &track)
 
 void Function0004::cutTag(const ITunesTrack &track, void (Function0004::*cut)(QString &) const)
 {
-    const QString original = AppToDo::pullTrackTag(track, yourPerformOn_);
+    const QString original = pullTrackTag(track, yourPerformOn_);
     QString text = original;
     (this->*cut)(text);
     TagEdit::pushTagIfChanged(myFunctionPool(), track, yourPerformOn_, original, text, yourRemoveSpaces_ != 0);

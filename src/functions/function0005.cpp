@@ -1,6 +1,7 @@
 #include "functions/function0005.h"
 
 #include "functions/function0003tagedit.h"
+#include "pool/tagtable.h"
 
 Function0005::Function0005(FunctionPoolController *pool, QObject *parent)
     : PoolFunction(pool, parent)
@@ -16,8 +17,8 @@ PoolFunctionAnswer Function0005::doMyFunctionCheck()
 
 void Function0005::doMyFunctionMain(const ITunesTrack &track)
 {
-    const QString original = AppToDo::pullTrackTag(track, yourPerformOn_);
-    const QString second = yourAddOption_ ? AppToDo::pullTrackTag(track, yourAddOptionTag_) : QString();
+    const QString original = pullTrackTag(track, yourPerformOn_);
+    const QString second = yourAddOption_ ? pullTrackTag(track, yourAddOptionTag_) : QString();
     const QString text = yourAddSide_ == kInFront ? second + yourAddText_ + original
                                                   : original + yourAddText_ + second;
     TagEdit::pushTagIfChanged(myFunctionPool(), track, yourPerformOn_, original, text, yourRemoveSpaces_);

@@ -5,8 +5,8 @@
 #include "additions/textsearch.h"
 #include "functions/tagcomposition.h"
 #include "functions/trackrelocation.h"
-#include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
+#include "pool/tagtable.h"
 
 void Function0007::setYourOption(qint64 option)
 {
@@ -29,7 +29,7 @@ PoolFunctionAnswer Function0007::doMyFunctionCheck()
 
 void Function0007::writePart(const ITunesTrack &track, qint64 tag, const QString &part) const
 {
-    AppToDo::pushTrackTag(track, tag, part);
+    pushTrackTag(track, tag, part);
     myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 

@@ -4,8 +4,8 @@
 #include "additions/textsearch.h"
 #include "functions/tagcomposition.h"
 #include "functions/trackrelocation.h"
-#include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
+#include "pool/tagtable.h"
 
 PoolFunctionAnswer Function0009::doMyFunctionCheck()
 {
@@ -45,8 +45,8 @@ void Function0009::doMyFunctionMain(const ITunesTrack &track)
     // Both writes hang on the first tag: without it the second tag is left alone as well,
     // though the track still counts as changed.
     if (yourTag1 != 0) {
-        AppToDo::pushTrackTag(track, yourTag1, first);
-        AppToDo::pushTrackTag(track, yourTag2, second);
+        pushTrackTag(track, yourTag1, first);
+        pushTrackTag(track, yourTag2, second);
     }
     myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }

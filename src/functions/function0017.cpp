@@ -2,8 +2,8 @@
 
 #include "additions/fileadditions.h"
 #include "additions/textadditions.h"
-#include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
+#include "pool/tagtable.h"
 
 #include <QFileInfo>
 
@@ -134,7 +134,7 @@ QString Function0017::shortenedTrackInfo(const QString &text)
 
 void Function0017::pushTrackInfo(const ITunesTrack &track, const QString &text)
 {
-    AppToDo::pushTrackTag(track, yourPerformOn_, text);
+    pushTrackTag(track, yourPerformOn_, text);
     myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
@@ -165,7 +165,7 @@ void Function0017::runDeleteTag(const ITunesTrack &track)
     // The tag table writes a number tag from the text's number, so the empty text empties both.
     for (const TagChoice &choice : deleteTagChoices())
         if (this->*choice.enabled)
-            AppToDo::pushTrackTag(track, choice.tag, QString());
+            pushTrackTag(track, choice.tag, QString());
     myFunctionPool()->setYourLogNo(TrackLogState::Changed);
 }
 
@@ -174,9 +174,9 @@ void Function0017::runRemoveSpaces(const ITunesTrack &track)
     for (const TagChoice &choice : removeSpacesTagChoices()) {
         if (!(this->*choice.enabled))
             continue;
-        const QString tidied = runRemoveSpacesSub(AppToDo::pullTrackTag(track, choice.tag));
+        const QString tidied = runRemoveSpacesSub(pullTrackTag(track, choice.tag));
         if (!tidied.isNull())
-            AppToDo::pushTrackTag(track, choice.tag, tidied);
+            pushTrackTag(track, choice.tag, tidied);
     }
 }
 

@@ -1,8 +1,8 @@
 #include "functions/function0018.h"
 
 #include "functions/likepattern.h"
-#include "player/apptodo.h"
 #include "pool/functionpoolcontroller.h"
+#include "pool/tagtable.h"
 
 #include <QDateTime>
 
@@ -74,11 +74,11 @@ QString Function0018::composedName(const ITunesTrack &track) const
     // Unlike file names, playlist names keep every character of their tags.
     QString name = yourPrefix_;
     if (yourTag1_ != 0)
-        name += AppToDo::pullTrackTag(track, yourTag1_);
+        name += pullTrackTag(track, yourTag1_);
     if (yourTag2_ != 0)
-        name += yourDel1_ + AppToDo::pullTrackTag(track, yourTag2_);
+        name += yourDel1_ + pullTrackTag(track, yourTag2_);
     if (yourTag3_ != 0)
-        name += yourDel2_ + AppToDo::pullTrackTag(track, yourTag3_);
+        name += yourDel2_ + pullTrackTag(track, yourTag3_);
     return name + yourSuffix_;
 }
 

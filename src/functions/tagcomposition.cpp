@@ -1,7 +1,7 @@
 #include "functions/tagcomposition.h"
 
 #include "additions/textadditions.h"
-#include "player/apptodo.h"
+#include "pool/tagtable.h"
 
 #include <QVariantList>
 
@@ -15,7 +15,7 @@ QString composeNameFromTags(const ITunesTrack &track, const TagNameRecipe &recip
             continue;
         if (i > 0)
             name += recipe.delimiters.value(i - 1);
-        name += shape(AppToDo::pullTrackTag(track, tag), tag);
+        name += shape(pullTrackTag(track, tag), tag);
     }
     name += recipe.suffix;
     removeIllegalCharacters(name);

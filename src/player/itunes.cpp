@@ -109,17 +109,6 @@ ScriptingBridgeDelegate *ITunesApplication::delegate() const
     return connection_ ? connection_->delegate : nullptr;
 }
 
-void ITunesApplication::setTimeout(int ticks) const
-{
-    if (connection_)
-        connection_->timeoutTicks = ticks;
-}
-
-int ITunesApplication::timeout() const
-{
-    return connection_ ? connection_->timeoutTicks : 0;
-}
-
 bool ITunesApplication::isRunning() const
 {
     return connection_ && connection_->backend && connection_->backend->isRunning();

@@ -310,8 +310,6 @@ public:
 
     void setDelegate(ScriptingBridgeDelegate *delegate) const;
     ScriptingBridgeDelegate *delegate() const;
-    void setTimeout(int ticks) const; // sixtieths of a second
-    int timeout() const;
 
     bool isRunning() const;
     PlayerNotifier *notifier() const;

@@ -21,12 +21,13 @@ public:
                               const BridgeError &withError) = 0;
 };
 
-// What handles of one connection share: the backend, the delegate and the timeout.
+// What handles of one connection share: the backend and the delegate. Calls have no timeout of
+// their own: the library answers in process, and the MPRIS backend bounds each D-Bus call
+// (MprisPlayer::setCallTimeout, 3 s unless set).
 struct ScriptingConnection
 {
     PlayerBackendPtr backend;
     ScriptingBridgeDelegate *delegate = nullptr;
-    int timeoutTicks = 0; // sixtieths of a second; 0 is the platform default
 };
 using ScriptingConnectionPtr = std::shared_ptr<ScriptingConnection>;
 

@@ -19,12 +19,6 @@
 
 namespace {
 
-// Timeouts of the engine's connection, in ticks of 1/60 s.
-constexpr int kFetchSelectionTimeout = 36000;
-constexpr int kLibraryTimeoutPerTenThousand = 18000;
-constexpr int kTrackTimeout = 900;
-constexpr int kLibraryTrackTimeout = 180;
-
 constexpr qint64 kLibrarySynchronizeFunction = 14;
 constexpr qint64 kLibrarySearchFunction = 15;
 
@@ -66,12 +60,24 @@ FunctionPoolController::FunctionPoolController(PoolFrontEnd *frontEnd, const Poo
 
 FunctionPoolController::~FunctionPoolController()
 {
-    // A worker may be waiting for this thread; let it through to its end.
-    yourCurrentFunctionCancel_ = true;
-    while (workerRunning_)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    joinWorker();
+    Q_ASSERT_X(closed_, "~FunctionPoolController", "close() the engine before deleting it");
+    // Without the owner's close() (a release build), at least no thread outlives the engine.
+    close();
     yourTunes_.setDelegate(nullptr);
+}
+
+void FunctionPoolController::close()
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    yourCurrentFunctionCancel_ = true;
+    std::deque<MainThreadWork> dropped;
+    {
+        std::lock_guard lock(mainThreadMutex_);
+        closed_ = true;
+        dropped.swap(mainThreadWork_);
+    }
+    mainThreadDone_.notify_all();
+    joinWorker();
 }
 
 PoolTrackSet FunctionPoolController::defaultFunctionTyp(qint64 number)
@@ -84,6 +90,8 @@ PoolTrackSet FunctionPoolController::defaultFunctionTyp(qint64 number)
 
 void FunctionPoolController::clickFunctionRun(qint64 number)
 {
+    if (closed_)
+        return;
     setRunState(RunState::Checking);
     // The organizer needs the library open, whether or not a media player is running.
     if (!yourTunes_.isRunning()) {
@@ -199,6 +207,8 @@ void FunctionPoolController::presentAlert(const PoolAlert &alert)
 void FunctionPoolController::poolFunctionPre()
 {
     preScheduled_ = false;
+    if (closed_)
+        return;
     if (!yourCurrentFunction_) {
         showAlertMessage(PoolAlertCode::Failure);
         return;
@@ -247,9 +257,10 @@ void FunctionPoolController::askForFolder(const QString &messageKey,
 
 void FunctionPoolController::poolFunctionStartThread(PoolStep step)
 {
+    if (closed_)
+        return;
     joinWorker();
     setRunState(RunState::Fetching);
-    workerRunning_ = true;
     worker_ = std::thread([this, step] { poolFunctionMain(step); });
 }
 
@@ -282,7 +293,6 @@ void FunctionPoolController::poolFunctionMain(PoolStep step)
                                                 QStringLiteral("an object that is not an exception was thrown")));
         stopWithAlert(PoolAlertCode::Failure);
     }
-    workerRunning_ = false;
 }
 
 void FunctionPoolController::stopWithAlert(PoolAlertCode code)
@@ -303,7 +313,6 @@ QList<ITunesTrack> FunctionPoolController::fetchTrackSet(bool &libraryMissing)
             return {};
         }
         const QList<ITunesFileTrack> files = playlist.fileTracks();
-        yourTunes_.setTimeout(int((files.size() / 10000) * kLibraryTimeoutPerTenThousand));
         handles = QList<ITunesTrack>(files.begin(), files.end());
     }
     QList<ITunesTrack> tracks;
@@ -317,7 +326,6 @@ bool FunctionPoolController::poolFunctionLoop()
 {
     yourCurrentFunctionCancel_ = false;
     poolProgressMessage(PoolProgressComment::FetchingTracks);
-    yourTunes_.setTimeout(kFetchSelectionTimeout);
     yourLastErrorNo_ = 0;
     yourFailedTrackCount_ = 0;
 
@@ -365,15 +373,10 @@ bool FunctionPoolController::poolFunctionLoop()
 
     void (FunctionPoolController::*perform)(const ITunesTrack &, qint64) =
         &FunctionPoolController::poolFunctionPerformOnTrack;
-    int timeout = kTrackTimeout;
-    if (number == kLibrarySearchFunction) {
+    if (number == kLibrarySearchFunction)
         perform = &FunctionPoolController::poolFunctionPerformLibrarySearch;
-        timeout = kLibraryTrackTimeout;
-    } else if (number == kLibrarySynchronizeFunction) {
+    else if (number == kLibrarySynchronizeFunction)
         perform = &FunctionPoolController::poolFunctionPerformLibrarySynchronize;
-        timeout = kLibraryTrackTimeout;
-    }
-    yourTunes_.setTimeout(timeout);
 
     for (qint64 index = 0; index < count; ++index) {
         if (yourCurrentFunctionCancel_)
@@ -699,11 +702,45 @@ void FunctionPoolController::setRunState(RunState state)
     });
 }
 
+// Not a blocking queued call: close() must be able to let a waiting worker go, or joining it
+// on the main thread would wait for ever.
 void FunctionPoolController::onMainThread(std::function<void()> work, bool wait)
 {
-    if (QThread::currentThread() == thread())
+    if (QThread::currentThread() == thread()) {
         work();
-    else
-        QMetaObject::invokeMethod(this, std::move(work),
-                                  wait ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
+        return;
+    }
+    const auto done = wait ? std::make_shared<bool>(false) : nullptr;
+    {
+        std::lock_guard lock(mainThreadMutex_);
+        if (closed_)
+            return;
+        mainThreadWork_.push_back({std::move(work), done});
+    }
+    QMetaObject::invokeMethod(this, "runMainThreadWork", Qt::QueuedConnection);
+    if (!done)
+        return;
+    std::unique_lock lock(mainThreadMutex_);
+    mainThreadDone_.wait(lock, [this, &done] { return *done || closed_; });
+}
+
+void FunctionPoolController::runMainThreadWork()
+{
+    MainThreadWork next;
+    {
+        std::lock_guard lock(mainThreadMutex_);
+        if (mainThreadWork_.empty()) // dropped by close()
+            return;
+        next = std::move(mainThreadWork_.front());
+        mainThreadWork_.pop_front();
+    }
+    if (!closed_)
+        next.work();
+    if (next.done) {
+        {
+            std::lock_guard lock(mainThreadMutex_);
+            *next.done = true;
+        }
+        mainThreadDone_.notify_all();
+    }
 }

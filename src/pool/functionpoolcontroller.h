@@ -9,6 +9,10 @@
 #include <QObject>
 
 #include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -37,7 +41,8 @@ enum class PoolProgressComment : qint64 {
 // tracks. Decides the track set, asks the server gate, the function and the user, then walks
 // the tracks on a worker thread of its own, reporting progress, alerts and log entries to its
 // front end (the organizer window or orvane-cli) on the main thread. Owns the preferences, the
-// two logs and one object of each registered function. Lives on the main thread.
+// two logs and one object of each registered function. Lives on the main thread; its owner
+// calls close() before it deletes the engine or the front end.
 class FunctionPoolController : public QObject, public ScriptingBridgeDelegate
 {
     Q_OBJECT
@@ -54,7 +59,14 @@ public:
     // registry is not kept.
     FunctionPoolController(PoolFrontEnd *frontEnd, const PoolFunctionRegistry &functions,
                            QObject *parent = nullptr);
+    // Expects close() to have been called.
     ~FunctionPoolController() override;
+
+    // Main thread. Cancels a run under way, lets go of a worker waiting for the main thread and
+    // joins it. Afterwards nothing reaches the front end any more, not even what the worker
+    // queued before, and no run starts. Calling it again does nothing.
+    void close();
+    bool isClosed() const { return closed_; }
 
     PoolFrontEnd *frontEnd() const { return frontEnd_; }
     FunctionPoolPreferences *myPreferences() const { return myPreferences_; }
@@ -98,6 +110,10 @@ public:
     void showAlertMessage(PoolAlertCode code);
     // The server gate; ShowMessage: the gate showed its own message.
     ServerGateDecision::Result checkFunctionRun();
+    // Runs work on the main thread: at once there, otherwise queued, or with wait queued and
+    // waited for. Once the engine is closed, queued work is dropped and a waiting caller goes
+    // on at once.
+    void onMainThread(std::function<void()> work, bool wait = false);
 
     // Progress, from any thread.
     void poolProgressOpen();
@@ -128,8 +144,8 @@ signals:
 
 private:
     void setRunState(RunState state);
-    // Runs work on the main thread: at once there, otherwise queued or waited for.
-    void onMainThread(std::function<void()> work, bool wait = false);
+    // Runs the oldest work that onMainThread queued; one queued call per piece of work.
+    Q_INVOKABLE void runMainThreadWork();
     void presentAlert(const PoolAlert &alert);
     void confirmationDidEnd(int returnCode, bool suppressionOn, bool hadSuppression);
 
@@ -178,5 +194,16 @@ private:
     RunState runState_ = RunState::Idle; // main thread
     bool preScheduled_ = false;
     std::thread worker_;
-    std::atomic<bool> workerRunning_{false};
+    // Work for the main thread, handed over under mainThreadMutex_ rather than inside Qt's
+    // event, so that ThreadSanitizer sees the hand-over. done is set once the work has run.
+    struct MainThreadWork
+    {
+        std::function<void()> work;
+        std::shared_ptr<bool> done; // null when nobody waits
+    };
+    std::mutex mainThreadMutex_;
+    std::condition_variable mainThreadDone_;
+    std::deque<MainThreadWork> mainThreadWork_;
+    // Set by close() under mainThreadMutex_, so that a waiting worker cannot miss it.
+    std::atomic<bool> closed_{false};
 };

@@ -15,11 +15,14 @@ const QString kInfoText = QStringLiteral("InfoText");
 const QString kError = QStringLiteral("Error");
 const QString kDate = QStringLiteral("Date");
 
-// Runs on the model's thread: at once there, else queued (or waited for).
-void onOwnerThread(QObject *owner, std::function<void()> work, bool wait)
+// Runs on the model's thread: at once there, else queued (or waited for). Through the engine
+// when there is one, so that closing it lets a waiting worker go.
+void onOwnerThread(QObject *owner, FunctionPoolController *pool, std::function<void()> work, bool wait)
 {
     if (QThread::currentThread() == owner->thread())
         work();
+    else if (pool)
+        pool->onMainThread(std::move(work), wait);
     else
         QMetaObject::invokeMethod(owner, std::move(work),
                                   wait ? Qt::BlockingQueuedConnection : Qt::QueuedConnection);
@@ -71,7 +74,7 @@ void FunctionPoolLog::addLogEntry(const ITunesTrack &, qint64, TrackLogState cha
     if (!isLogged(changeState))
         return;
     const QVariantMap entry{{kIcon, iconForChangeState(changeState)}, {kInfoText, infoText}};
-    onOwnerThread(this, [this, entry, changeState, infoText] {
+    onOwnerThread(this, myFunctionPool_, [this, entry, changeState, infoText] {
         const int row = int(yourLogEntries_.size());
         beginInsertRows({}, row, row);
         yourLogEntries_.append(entry);
@@ -82,7 +85,7 @@ void FunctionPoolLog::addLogEntry(const ITunesTrack &, qint64, TrackLogState cha
 
 void FunctionPoolLog::emptyLog()
 {
-    onOwnerThread(this, [this] {
+    onOwnerThread(this, myFunctionPool_, [this] {
         beginResetModel();
         yourLogEntries_.clear();
         endResetModel();
@@ -141,7 +144,7 @@ void FunctionPoolErrorLog::addErrorLogEntry(const std::exception &exception)
     const OVException failure = asOVException(exception);
     const QString error = QStringLiteral("%1 | %2").arg(failure.name(), failure.reason());
     const QVariantMap entry{{kError, error}, {kDate, QDateTime::currentDateTime()}};
-    onOwnerThread(this, [this, entry, error] {
+    onOwnerThread(this, myFunctionPool_, [this, entry, error] {
         const int row = int(yourErrorLogEntries_.size());
         beginInsertRows({}, row, row);
         yourErrorLogEntries_.append(entry);
@@ -153,7 +156,7 @@ void FunctionPoolErrorLog::addErrorLogEntry(const std::exception &exception)
 
 void FunctionPoolErrorLog::emptyErrorLog()
 {
-    onOwnerThread(this, [this] {
+    onOwnerThread(this, myFunctionPool_, [this] {
         beginResetModel();
         yourErrorLogEntries_.clear();
         endResetModel();

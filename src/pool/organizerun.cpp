@@ -12,6 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMetaProperty>
+#include <QScopeGuard>
 
 #include <memory>
 
@@ -185,6 +186,7 @@ int OrganizeRun::run(const OrganizeRequest &request)
     alerted_ = completed_ = false;
 
     FunctionPoolController pool(this, functions_);
+    const auto closePool = qScopeGuard([&pool] { pool.close(); });
     if (PoolFunction *function = pool.myFunction(request.number)) {
         for (const auto &[name, value] : request.settings) {
             QString problem;

@@ -1,7 +1,6 @@
 #include "pool/storemetadata.h"
 
 #include "additions/ovexception.h"
-#include "player/apptodo.h"
 #include "player/itunes.h"
 
 #include <QFile>
@@ -82,7 +81,7 @@ Search searchInfo(const QString &key, const QVariantMap &info, QVariant &result)
 
 QString storeText(const QString &key, const ITunesTrack &track)
 {
-    const QVariant value = AppToDo::ov_metadataObjectForKey(key, track);
+    const QVariant value = ov_metadataObjectForKey(key, track);
     return value.typeId() == QMetaType::QString ? value.toString() : QString();
 }
 
@@ -117,7 +116,7 @@ QVariant ov_findObjectForKeyInInfo(const QString &key, const QVariantMap &info)
     return searchInfo(key, info, result) == Search::Found ? result : QVariant();
 }
 
-QVariant AppToDo::ov_metadataObjectForKey(const QString &key, const ITunesTrack &fromTrack)
+QVariant ov_metadataObjectForKey(const QString &key, const ITunesTrack &fromTrack)
 {
     const QVariantList items = ov_metadataItemsFromTrack(fromTrack);
     return items.isEmpty() ? QVariant() : ov_findObjectForKeyInItems(key, items);
@@ -126,7 +125,7 @@ QVariant AppToDo::ov_metadataObjectForKey(const QString &key, const ITunesTrack 
 // The identifier follows the "song" atom near the start of the file: the atom's name is
 // followed by four big-endian bytes. The search leaves the last eight bytes out, which cannot
 // be done on fewer than eight.
-QString AppToDo::ov_iTunesStoreIdentifierFromTrack(const ITunesTrack &track)
+QString ov_iTunesStoreIdentifierFromTrack(const ITunesTrack &track)
 {
     const QString path = fileLocation(track);
     if (path.isEmpty())
@@ -152,23 +151,23 @@ QString AppToDo::ov_iTunesStoreIdentifierFromTrack(const ITunesTrack &track)
     return identifier == 0 ? QString() : QString::number(identifier);
 }
 
-QString AppToDo::ov_iTunesStoreAppleIdFromTrack(const ITunesTrack &track)
+QString ov_iTunesStoreAppleIdFromTrack(const ITunesTrack &track)
 {
     return storeText(QStringLiteral("itsk/apID"), track);
 }
 
-QString AppToDo::ov_iTunesStorePurchasedByFromTrack(const ITunesTrack &track)
+QString ov_iTunesStorePurchasedByFromTrack(const ITunesTrack &track)
 {
     return storeText(QStringLiteral("itsk/ownr"), track);
 }
 
-QString AppToDo::ov_iTunesStoreAdvisoryFromTrack(const ITunesTrack &track)
+QString ov_iTunesStoreAdvisoryFromTrack(const ITunesTrack &track)
 {
     return storeText(QStringLiteral("itsk/rtng"), track);
 }
 
 // Purchase dates are written in local time.
-QDateTime AppToDo::ov_iTunesStorePurchaseDateFromTrack(const ITunesTrack &track)
+QDateTime ov_iTunesStorePurchaseDateFromTrack(const ITunesTrack &track)
 {
     const QString text = storeText(QStringLiteral("itsk/purd"), track);
     if (text.isEmpty())
@@ -177,7 +176,7 @@ QDateTime AppToDo::ov_iTunesStorePurchaseDateFromTrack(const ITunesTrack &track)
 }
 
 // Qt has no medium date style, ICU has: "Jan 5, 2015, 3:04:05 PM", "05.01.2015, 15:04:05".
-QString AppToDo::ov_iTunesStorePurchaseDateDescriptionFromTrack(const ITunesTrack &track)
+QString ov_iTunesStorePurchaseDateDescriptionFromTrack(const ITunesTrack &track)
 {
     const QDateTime date = ov_iTunesStorePurchaseDateFromTrack(track);
     if (!date.isValid())

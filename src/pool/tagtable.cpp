@@ -1,7 +1,8 @@
-#include "player/apptodo.h"
+#include "pool/tagtable.h"
 
 #include "additions/textvalues.h"
 #include "player/itunes.h"
+#include "pool/storemetadata.h"
 
 #include <map>
 
@@ -71,7 +72,7 @@ QVariant textOrNone(const QString &text)
 
 } // namespace
 
-QVariant AppToDo::pullTrackObject(const ITunesTrack &track, qint64 sourceTag, bool asText)
+QVariant pullTrackObject(const ITunesTrack &track, qint64 sourceTag, bool asText)
 {
     const auto found = trackTags().find(sourceTag);
     if (found != trackTags().end()) {
@@ -100,7 +101,7 @@ QVariant AppToDo::pullTrackObject(const ITunesTrack &track, qint64 sourceTag, bo
     }
 }
 
-QString AppToDo::pullTrackTag(const ITunesTrack &track, qint64 sourceTag)
+QString pullTrackTag(const ITunesTrack &track, qint64 sourceTag)
 {
     const QVariant value = pullTrackObject(track, sourceTag, true);
     if (value.typeId() != QMetaType::QString || value.toString().isNull())
@@ -108,7 +109,7 @@ QString AppToDo::pullTrackTag(const ITunesTrack &track, qint64 sourceTag)
     return value.toString();
 }
 
-void AppToDo::pushTrackTag(const ITunesTrack &track, qint64 targetTag, const QString &tagInfo)
+void pushTrackTag(const ITunesTrack &track, qint64 targetTag, const QString &tagInfo)
 {
     const auto found = trackTags().find(targetTag);
     if (found != trackTags().end()) {

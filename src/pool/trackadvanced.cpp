@@ -1,7 +1,7 @@
 #include "pool/trackadvanced.h"
 
 #include "additions/textvalues.h"
-#include "player/apptodo.h"
+#include "pool/tagtable.h"
 
 #include <QHash>
 #include <QImage>
@@ -223,24 +223,24 @@ bool ITunesTrackAdvanced::podcast() const
 
 QString ITunesTrackAdvanced::appleID() const
 {
-    return AppToDo::pullTrackTag(yourTrack_, 102);
+    return pullTrackTag(yourTrack_, 102);
 }
 
 QString ITunesTrackAdvanced::purchasedBy() const
 {
-    return AppToDo::pullTrackTag(yourTrack_, 103);
+    return pullTrackTag(yourTrack_, 103);
 }
 
 QDateTime ITunesTrackAdvanced::purchaseDate() const
 {
-    return AppToDo::pullTrackObject(yourTrack_, 104, false).toDateTime();
+    return pullTrackObject(yourTrack_, 104, false).toDateTime();
 }
 
 qint64 ITunesTrackAdvanced::advisory() const
 {
     if (yourTrack_.isNull())
         return -1;
-    const QString rating = AppToDo::pullTrackTag(yourTrack_, 105);
+    const QString rating = pullTrackTag(yourTrack_, 105);
     return rating.isEmpty() ? -1 : integerValue(rating);
 }
 

@@ -6,6 +6,8 @@
 #include "pool/functionpoolpreferences.h"
 #include "pool/servergate.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QFile>
 
 using RunState = FunctionPoolController::RunState;
@@ -35,7 +37,7 @@ TEST_F(PoolTest, ResultsOfCheckAndPreDecideHowFarARunGoes)
     for (const ContractCase &c : cases) {
         SCOPED_TRACE(QStringLiteral("check %1 pre %2").arg(c.check.number()).arg(c.pre.number()).toStdString());
         pool = nullptr;
-        pool = std::make_unique<FunctionPoolController>(&frontEnd, functions);
+        pool.reset(new FunctionPoolController(&frontEnd, functions));
         pool->myPreferences()->setPrefConfirmFunction(false);
         frontEnd.alerts.clear();
         function(3)->checkResult = c.check;
@@ -245,6 +247,44 @@ TEST_F(PoolTest, CancelTakesEffectBetweenTracksAndTheRunStillEnds)
                   (QStringList{"close", "log panel", "run end"}));
         pool.reset();
     }
+}
+
+// The owner closes the engine while its worker waits for the main thread (here: the closing
+// is the very work the worker waits for). A blocking call would never return and the join
+// would wait for ever; closed, the worker is let go, ends the run and is joined, and what it
+// queued for the front end is dropped.
+TEST_F(PoolTest, CloseLetsAWaitingWorkerGoJoinsItAndCutsOffTheFrontEnd)
+{
+    addSelectedTracks(3);
+    makePool();
+    QStringList eventsAtClose;
+    QStringList callsAtClose;
+    function(3)->onTrack = [this, &eventsAtClose, &callsAtClose](const ITunesTrack &track) {
+        if (track.name() != QStringLiteral("Track 1"))
+            return;
+        pool->onMainThread([this, &eventsAtClose, &callsAtClose] {
+            pool->close();
+            eventsAtClose = frontEnd.events;
+            callsAtClose = function(3)->calls();
+        }, true);
+    };
+    pool->clickFunctionRun(3);
+    const QDeadlineTimer deadline(60000); // a guard against a hang, not a measure
+    while (!pool->isClosed() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    ASSERT_TRUE(pool->isClosed());
+
+    // Joined: the worker had ended the run (cancelled after the first track) by then.
+    EXPECT_EQ(callsAtClose, (QStringList{"check", "pre", "main Track 1", "end"}));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(frontEnd.events, eventsAtClose);
+    EXPECT_FALSE(frontEnd.events.contains("run end"));
+
+    // Closing again, and running once closed, do nothing.
+    pool->close();
+    pool->clickFunctionRun(3);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(function(3)->calls(), callsAtClose);
 }
 
 TEST_F(PoolTest, ProgressCountsFromZeroAndOpensCancelOnlyForTheLoop)

@@ -74,7 +74,7 @@ void PoolTest::makePool(QList<int> numbers)
     for (int number : numbers)
         functions.registerFunction(number, QStringLiteral("Test %1").arg(number),
                                    [](FunctionPoolController *p) { return new TestFunction(p); });
-    pool = std::make_unique<FunctionPoolController>(&frontEnd, functions);
+    pool.reset(new FunctionPoolController(&frontEnd, functions));
     pool->myPreferences()->setPrefConfirmFunction(false);
 }
 

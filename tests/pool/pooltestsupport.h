@@ -107,5 +107,14 @@ protected:
     MemoryPlayerPtr player = MemoryPlayer::create();
     RecordingFrontEnd frontEnd;
     PoolFunctionRegistry functions;
-    std::unique_ptr<FunctionPoolController> pool;
+    // Closed before it is deleted, as its owners do.
+    struct ClosingDeleter
+    {
+        void operator()(FunctionPoolController *engine) const
+        {
+            engine->close();
+            delete engine;
+        }
+    };
+    std::unique_ptr<FunctionPoolController, ClosingDeleter> pool;
 };

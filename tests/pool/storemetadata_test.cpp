@@ -1,7 +1,7 @@
 #include "additions/ovexception.h"
-#include "player/apptodo.h"
 #include "player/memoryplayer.h"
 #include "pool/storemetadata.h"
+#include "pool/tagtable.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -57,23 +57,23 @@ TEST_F(StoreValuesTest, StoreIdentifierFollowsTheSongAtomInTheFirstKilobyte)
         {QByteArray(1020, ' ') + "song" + bigEndian(5) + pad8, {}}, // its number lies past byte 1024
     };
     for (const auto &row : rows) {
-        const QString identifier = AppToDo::ov_iTunesStoreIdentifierFromTrack(trackAt(writeFile(row.bytes)));
+        const QString identifier = ov_iTunesStoreIdentifierFromTrack(trackAt(writeFile(row.bytes)));
         EXPECT_EQ(identifier, row.identifier) << row.bytes.toHex().constData();
-        EXPECT_EQ(AppToDo::pullTrackTag(trackAt(writeFile(row.bytes)), 101), row.identifier);
+        EXPECT_EQ(pullTrackTag(trackAt(writeFile(row.bytes)), 101), row.identifier);
     }
 }
 
 TEST_F(StoreValuesTest, StoreIdentifierOfFilesTooShortEmptyOrMissing)
 {
     try {
-        AppToDo::ov_iTunesStoreIdentifierFromTrack(trackAt(writeFile("song123")));
+        ov_iTunesStoreIdentifierFromTrack(trackAt(writeFile("song123")));
         ADD_FAILURE() << "a file of 7 bytes must raise";
     } catch (const OVException &exception) {
         EXPECT_EQ(exception.name(), QStringLiteral("NSRangeException"));
     }
-    EXPECT_TRUE(AppToDo::ov_iTunesStoreIdentifierFromTrack(trackAt(writeFile({}))).isNull());
-    EXPECT_TRUE(AppToDo::ov_iTunesStoreIdentifierFromTrack(trackAt(dir.filePath("gone.m4a"))).isNull());
-    EXPECT_TRUE(AppToDo::ov_iTunesStoreIdentifierFromTrack(ITunesFileTrack()).isNull());
+    EXPECT_TRUE(ov_iTunesStoreIdentifierFromTrack(trackAt(writeFile({}))).isNull());
+    EXPECT_TRUE(ov_iTunesStoreIdentifierFromTrack(trackAt(dir.filePath("gone.m4a"))).isNull());
+    EXPECT_TRUE(ov_iTunesStoreIdentifierFromTrack(ITunesFileTrack()).isNull());
 }
 
 TEST_F(StoreValuesTest, StoreTagsAreTheTextsOfTheFileItems)
@@ -83,12 +83,12 @@ TEST_F(StoreValuesTest, StoreTagsAreTheTextsOfTheFileItems)
                                                        {"itsk/rtng", qint64(4)},
                                                        {"itsk/ownr", QByteArray("raw")}});
     const ITunesFileTrack track = player->handle<ITunesFileTrack>(object);
-    EXPECT_EQ(AppToDo::pullTrackTag(track, 102), QStringLiteral("buyer@example.org"));
-    EXPECT_EQ(AppToDo::pullTrackTag(track, 105), QStringLiteral("4"));
-    EXPECT_FALSE(AppToDo::pullTrackObject(track, 103, true).isValid()); // bytes have no text
+    EXPECT_EQ(pullTrackTag(track, 102), QStringLiteral("buyer@example.org"));
+    EXPECT_EQ(pullTrackTag(track, 105), QStringLiteral("4"));
+    EXPECT_FALSE(pullTrackObject(track, 103, true).isValid()); // bytes have no text
 
     object->setStored(Prop::location, QString());
-    EXPECT_FALSE(AppToDo::pullTrackObject(track, 102, true).isValid());
+    EXPECT_FALSE(pullTrackObject(track, 102, true).isValid());
 }
 
 TEST(MetadataSearch, NestedListsAndMapsDepthFirst)

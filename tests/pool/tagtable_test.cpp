@@ -1,4 +1,4 @@
-#include "player/apptodo.h"
+#include "pool/tagtable.h"
 #include "player/memoryplayer.h"
 
 #include <QLocale>
@@ -59,8 +59,8 @@ TEST_F(TagTableTest, EachTagReadsItsOwnPropertyNumbersAsDecimalText)
     for (const TagRow &row : kTagRows) {
         const QString expected = row.number ? QString::number(row.tag * 1000 + 7)
                                             : QStringLiteral("tag %1").arg(row.tag);
-        EXPECT_EQ(AppToDo::pullTrackTag(track, row.tag), expected) << row.tag;
-        EXPECT_EQ(AppToDo::pullTrackObject(track, row.tag, false).toString(), expected) << row.tag;
+        EXPECT_EQ(pullTrackTag(track, row.tag), expected) << row.tag;
+        EXPECT_EQ(pullTrackObject(track, row.tag, false).toString(), expected) << row.tag;
     }
 }
 
@@ -68,7 +68,7 @@ TEST_F(TagTableTest, EachTagWritesItsOwnPropertyNumbersFromTheLeadingInteger)
 {
     for (const TagRow &row : kTagRows) {
         player->resetWriteCounts();
-        AppToDo::pushTrackTag(track, row.tag, QStringLiteral(" 12abc"));
+        pushTrackTag(track, row.tag, QStringLiteral(" 12abc"));
         EXPECT_EQ(player->totalWriteCount(), 1) << row.tag;
         if (row.number)
             EXPECT_EQ(object->stored(row.property).toLongLong(), 12) << row.tag;
@@ -79,14 +79,14 @@ TEST_F(TagTableTest, EachTagWritesItsOwnPropertyNumbersFromTheLeadingInteger)
 
 TEST_F(TagTableTest, Tag100WritesAlbumArtistThenArtist)
 {
-    AppToDo::pushTrackTag(track, 100, QStringLiteral("Both"));
+    pushTrackTag(track, 100, QStringLiteral("Both"));
     EXPECT_EQ(object->stored(Prop::albumArtist).toString(), QStringLiteral("Both"));
     EXPECT_EQ(object->stored(Prop::artist).toString(), QStringLiteral("Both"));
 
     OrderDelegate delegate;
     player->injectFailure(Prop::artist, MemoryPlayer::Access::Write);
     player->injectFailure(Prop::albumArtist, MemoryPlayer::Access::Write);
-    AppToDo::pushTrackTag(player->handle<ITunesFileTrack>(object, &delegate), 100, QStringLiteral("x"));
+    pushTrackTag(player->handle<ITunesFileTrack>(object, &delegate), 100, QStringLiteral("x"));
     EXPECT_EQ(delegate.operations, QStringList({"setAlbumArtist", "setArtist"}));
 }
 
@@ -94,13 +94,13 @@ TEST_F(TagTableTest, NumbersOutsideTheTableReadNothingAndWriteNothing)
 {
     object->setStored(Prop::storeMetadata, QVariantMap{{"itsk/apID", "someone@example.org"}});
     for (qint64 tag : {0LL, 30LL, 99LL, 100LL, 106LL, -1LL}) {
-        EXPECT_FALSE(AppToDo::pullTrackObject(track, tag, true).isValid()) << tag;
-        const QString text = AppToDo::pullTrackTag(track, tag);
+        EXPECT_FALSE(pullTrackObject(track, tag, true).isValid()) << tag;
+        const QString text = pullTrackTag(track, tag);
         EXPECT_TRUE(text.isEmpty() && !text.isNull()) << tag;
     }
     player->resetWriteCounts();
     for (qint64 tag : {0LL, 30LL, 101LL, 102LL, 105LL, 106LL})
-        AppToDo::pushTrackTag(track, tag, QStringLiteral("7"));
+        pushTrackTag(track, tag, QStringLiteral("7"));
     EXPECT_EQ(player->totalWriteCount(), 0);
 }
 
@@ -109,14 +109,14 @@ TEST_F(TagTableTest, PurchaseDateIsADateOrItsDescription)
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     object->setStored(Prop::storeMetadata, QVariantMap{{"itsk/purd", "2015-01-05 15:04:05"}});
 
-    const QVariant date = AppToDo::pullTrackObject(track, 104, false);
+    const QVariant date = pullTrackObject(track, 104, false);
     EXPECT_EQ(date.toDateTime(), QDateTime(QDate(2015, 1, 5), QTime(15, 4, 5)));
-    EXPECT_EQ(AppToDo::pullTrackObject(track, 104, true).toString(), QStringLiteral("05.01.2015, 15:04:05"));
-    EXPECT_EQ(AppToDo::pullTrackTag(track, 104), QStringLiteral("05.01.2015, 15:04:05"));
+    EXPECT_EQ(pullTrackObject(track, 104, true).toString(), QStringLiteral("05.01.2015, 15:04:05"));
+    EXPECT_EQ(pullTrackTag(track, 104), QStringLiteral("05.01.2015, 15:04:05"));
 
     object->setStored(Prop::storeMetadata, QVariantMap{{"itsk/purd", "5 January 2015"}});
-    EXPECT_FALSE(AppToDo::pullTrackObject(track, 104, false).isValid());
-    EXPECT_EQ(AppToDo::pullTrackTag(track, 104), QString());
+    EXPECT_FALSE(pullTrackObject(track, 104, false).isValid());
+    EXPECT_EQ(pullTrackTag(track, 104), QString());
     QLocale::setDefault(QLocale::c());
 }
 

@@ -242,12 +242,10 @@ QSqlQuery &LibraryDatabase::prepared(const QString &statement)
 std::optional<QSqlRecord> LibraryDatabase::singleRow(const QString &statement,
                                                      const QVariantList &values)
 {
-    QSqlQuery &query = run(statement, values);
-    std::optional<QSqlRecord> row;
-    if (query.next())
-        row = query.record();
-    query.finish();
-    return row;
+    QueryRun query = run(statement, values);
+    if (!query.next())
+        return std::nullopt;
+    return query.record();
 }
 
 QVariant LibraryDatabase::singleValue(const QString &statement, const QVariantList &values)
@@ -256,7 +254,7 @@ QVariant LibraryDatabase::singleValue(const QString &statement, const QVariantLi
     return row ? row->value(0) : QVariant();
 }
 
-QSqlQuery &LibraryDatabase::run(const QString &statement, const QVariantList &values)
+QueryRun LibraryDatabase::run(const QString &statement, const QVariantList &values)
 {
     QSqlQuery &query = prepared(statement);
     for (int i = 0; i < values.size(); ++i)
@@ -266,7 +264,7 @@ QSqlQuery &LibraryDatabase::run(const QString &statement, const QVariantList &va
         query.finish();
         fail(QStringLiteral("\"%1\" failed").arg(statement), error);
     }
-    return query;
+    return QueryRun(query);
 }
 
 int LibraryDatabase::schemaVersion()

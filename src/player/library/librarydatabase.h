@@ -4,11 +4,33 @@
 #include <QMutex>
 #include <QSqlDatabase>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QString>
 #include <QThread>
 
 #include <memory>
 #include <optional>
+
+// A run of one of the library's prepared statements, read row by row. The query is finished
+// when this goes, however far it was read: a statement left part-read keeps its connection
+// inside a read, which then sees no later writes of other connections and cannot write itself
+// ("database is locked"). Use it within the scope that made it, on that thread.
+class QueryRun
+{
+public:
+    explicit QueryRun(QSqlQuery &query) : query_(query) {}
+    ~QueryRun() { query_.finish(); }
+    QueryRun(const QueryRun &) = delete;
+    QueryRun &operator=(const QueryRun &) = delete;
+
+    bool next() { return query_.next(); }
+    QVariant value(int index) const { return query_.value(index); }
+    QSqlRecord record() const { return query_.record(); }
+    QVariant lastInsertId() const { return query_.lastInsertId(); }
+
+private:
+    QSqlQuery &query_;
+};
 
 // The library's SQLite file. Qt allows a connection only on the thread that opened it, so each
 // thread that touches the library gets a connection of its own, made on first use and named
@@ -33,12 +55,10 @@ public:
     int schemaVersion();
 
     QSqlDatabase connection();
-    // A prepared query on this thread's connection, cached per statement text.
-    QSqlQuery &prepared(const QString &statement);
-    // Runs a prepared statement with positional values; throws BridgeFailure on error.
-    QSqlQuery &run(const QString &statement, const QVariantList &values = {});
-    // The first row of a prepared statement, or nothing; the query is finished either way, so
-    // the cached statement holds no read lock afterwards.
+    // Runs a prepared statement (cached per statement text on this thread's connection) with
+    // positional values; throws BridgeFailure on error.
+    QueryRun run(const QString &statement, const QVariantList &values = {});
+    // The first row of a prepared statement, or nothing.
     std::optional<QSqlRecord> singleRow(const QString &statement, const QVariantList &values = {});
     // The first column of singleRow(), or an invalid value.
     QVariant singleValue(const QString &statement, const QVariantList &values = {});
@@ -46,6 +66,7 @@ public:
     struct Connections; // per thread: connection name and prepared queries
 
 private:
+    QSqlQuery &prepared(const QString &statement);
     void migrate(int targetVersion);
 
     QString path_;

@@ -698,7 +698,7 @@ QList<qint64> LibraryStore::userPlaylistIds()
 {
     QMutexLocker locker(&mutex_);
     QList<qint64> ids;
-    QSqlQuery &query = database_.run(
+    QueryRun query = database_.run(
         QStringLiteral("SELECT id FROM playlists WHERE specialKind != ? ORDER BY position, id"),
         {qint64(kSpL)});
     while (query.next())
@@ -737,11 +737,14 @@ QList<qint64> LibraryStore::descendants(qint64 playlistId)
 {
     QList<qint64> found;
     QList<qint64> children;
-    QSqlQuery &query = database_.run(
-        QStringLiteral("SELECT id FROM playlists WHERE parent = ? ORDER BY position, id"),
-        {playlistId});
-    while (query.next())
-        children.append(query.value(0).toLongLong());
+    {
+        // Finished before the recursion runs the same statement again.
+        QueryRun query = database_.run(
+            QStringLiteral("SELECT id FROM playlists WHERE parent = ? ORDER BY position, id"),
+            {playlistId});
+        while (query.next())
+            children.append(query.value(0).toLongLong());
+    }
     for (qint64 child : children)
         found += QList<qint64>{child} + descendants(child);
     return found;
@@ -760,7 +763,7 @@ QList<qint64> LibraryStore::playlistTrackIds(qint64 id)
     QList<qint64> ids;
     QSet<qint64> seen;
     for (qint64 source : sources) {
-        QSqlQuery &query = database_.run(
+        QueryRun query = database_.run(
             QStringLiteral("SELECT track FROM playlist_tracks WHERE playlist = ? ORDER BY position"),
             {source});
         while (query.next()) {

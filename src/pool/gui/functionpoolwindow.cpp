@@ -118,7 +118,8 @@ FunctionPoolWindow::FunctionPoolWindow(const PoolFunctionRegistry &functions, co
 
 FunctionPoolWindow::~FunctionPoolWindow()
 {
-    // The engine reaches this front end until its worker has ended.
+    // The engine reaches this front end until it is closed.
+    pool_->close();
     delete pool_;
 }
 

@@ -5,7 +5,7 @@
 #include "additions/textsearch.h"
 #include "additions/textvalues.h"
 #include "additions/urlparameters.h"
-#include "player/apptodo.h"
+#include "pool/utilities.h"
 
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
@@ -77,7 +77,7 @@ OrderedParameters commonParameters(const ServerQueryValues &values)
 ServerQueryValues ServerQueryValues::current()
 {
     return {OVApplication::ov_version(), OVApplication::ov_buildVersion(),
-            ov_localizedString(QStringLiteral("0000.0000")), AppToDo::operatingSystemVersionString()};
+            ov_localizedString(QStringLiteral("0000.0000")), operatingSystemVersionString()};
 }
 
 QString serverRequestAddress(const QString &baseURL, const ServerQueryValues &values)

@@ -17,6 +17,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+#include <thread>
+
 namespace {
 
 class LibraryTest : public ::testing::Test
@@ -248,6 +250,29 @@ TEST_F(LibraryTest, UpgradedDatabaseEqualsAFreshOne)
     EXPECT_EQ(schema(oldPath), schema(dir.filePath("fresh.sqlite")));
     LibraryBackend upgraded(oldPath);
     EXPECT_EQ(upgraded.trackWithPersistentID("00000000000000AA")->read(Prop::name).toString(), "Kept");
+}
+
+// A read stopped after its first row must not leave this thread's connection inside a read:
+// it would go on seeing the rows as they were and could no longer write ("database is locked").
+TEST_F(LibraryTest, ReadStoppedEarlyLeavesTheConnectionCurrent)
+{
+    LibraryDatabase database(dir.filePath("reads.sqlite"));
+    database.run("INSERT INTO settings (key, value) VALUES ('a', '1')");
+    database.run("INSERT INTO settings (key, value) VALUES ('b', '1')");
+    {
+        QueryRun keys = database.run("SELECT key FROM settings ORDER BY key");
+        ASSERT_TRUE(keys.next());
+        EXPECT_EQ(keys.value(0).toString(), "a");
+    }
+    ASSERT_TRUE(database.singleRow("SELECT key FROM settings ORDER BY key"));
+
+    // Another thread, so another connection, writes.
+    std::thread writer([&database] { database.run("UPDATE settings SET value = '2'"); });
+    writer.join();
+    const QString value = "SELECT value FROM settings WHERE key = ?";
+    EXPECT_EQ(database.singleValue(value, {"b"}).toString(), "2");
+    EXPECT_NO_THROW(database.run("UPDATE settings SET value = '3' WHERE key = 'a'"));
+    EXPECT_EQ(database.singleValue(value, {"a"}).toString(), "3");
 }
 
 TEST_F(LibraryTest, SelectionAndStoreValues)

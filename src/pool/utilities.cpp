@@ -1,6 +1,4 @@
-#include "player/apptodo.h"
-
-#include "pool/systemversion.h"
+#include "pool/utilities.h"
 
 #include <QRegularExpression>
 #include <QSysInfo>
@@ -37,7 +35,7 @@ QString versionTripleFromText(const QString &version)
                              static_cast<long long>(parts[1]), static_cast<long long>(parts[2]));
 }
 
-QString AppToDo::contentTypeForImageData(const QByteArray &data)
+QString contentTypeForImageData(const QByteArray &data)
 {
     if (data.isEmpty())
         return {};
@@ -56,7 +54,7 @@ QString AppToDo::contentTypeForImageData(const QByteArray &data)
     }
 }
 
-AppToDo::BitmapImageFileType AppToDo::contentStorageTypeForImageData(const QByteArray &data)
+BitmapImageFileType contentStorageTypeForImageData(const QByteArray &data)
 {
     const QString type = contentTypeForImageData(data);
     if (type == QLatin1String("image/tiff"))
@@ -70,18 +68,18 @@ AppToDo::BitmapImageFileType AppToDo::contentStorageTypeForImageData(const QByte
 
 // The distribution's release ("12" on Debian 12, "22.04" on Ubuntu) is what users call the
 // system's version; where it has no number (a rolling release) the kernel's version stands in.
-QString AppToDo::operatingSystemVersionString()
+QString operatingSystemVersionString()
 {
     const QString product = QSysInfo::productVersion();
     return versionTripleFromText(beginsWithNumber(product) ? product : QSysInfo::kernelVersion());
 }
 
-quint64 AppToDo::cleanModifierMask(quint64 flags)
+quint64 cleanModifierMask(quint64 flags)
 {
     return flags & (kShiftKeyMask | kControlKeyMask | kOptionKeyMask | kCommandKeyMask);
 }
 
-quint64 AppToDo::carbonModifierMask(quint64 flags)
+quint64 carbonModifierMask(quint64 flags)
 {
     quint64 mask = 0;
     if (flags & kShiftKeyMask)

@@ -1,4 +1,4 @@
-#include "player/apptodo.h"
+#include "widgets/screenflash.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -48,7 +48,7 @@ QVariantAnimation *fade(double from, double to, QObject *parent)
 // Two fades of a tenth of a second: up to 0.4 white, then from full white back to 0.4, after
 // which the panes go and the screens are as they were. The caller waits in a local event loop
 // so that the panes are painted.
-void AppToDo::flashDisplays()
+void ScreenFlash::flashDisplays()
 {
     auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
     if (!application || QThread::currentThread() != application->thread())
