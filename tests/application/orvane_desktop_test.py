@@ -11,6 +11,10 @@ import tempfile
 import threading
 import time
 
+# A private X server and session bus for the run (tests/support/xsession.sh).
+X_SESSION = os.path.normpath(os.path.join(
+    os.path.dirname(os.path.abspath(__file__)), "..", "support", "xsession.sh"))
+
 ORVANE, VERSION = sys.argv[1], sys.argv[2]
 STARTUP_SECONDS = 30
 
@@ -44,7 +48,7 @@ class Run:
             # X releases a fake key press when its client goes, so xdotool stays for the run.
             command = ["xdotool", "keydown", "alt", "exec", "--sync"] + command
         self.process = subprocess.Popen(
-            ["xvfb-run", "-a", "-s", "-screen 0 1280x800x24", "dbus-run-session", "--"] + command,
+            [X_SESSION] + command,
             env=env, stderr=subprocess.PIPE, text=True)
         self.lines = queue.Queue()
         threading.Thread(target=self.read_errors, daemon=True).start()

@@ -11,6 +11,10 @@ import tempfile
 import threading
 import time
 
+# A private X server and session bus for the run (tests/support/xsession.sh).
+X_SESSION = os.path.normpath(os.path.join(
+    os.path.dirname(os.path.abspath(__file__)), "../..", "support", "xsession.sh"))
+
 WINDOW_SECONDS = 30
 
 UPDATE = b"""<?xml version="1.0" encoding="UTF-8"?>
@@ -165,7 +169,7 @@ def main():
     os.makedirs(folder, exist_ok=True)
     env = dict(os.environ)
     env.pop("DBUS_SESSION_BUS_ADDRESS", None)
-    subprocess.run(["xvfb-run", "-a", "-s", "-screen 0 1280x800x24", "dbus-run-session", "--",
+    subprocess.run([X_SESSION,
                     sys.executable, os.path.abspath(__file__), "--inside", orvane, folder],
                    env=env, check=True, timeout=240)
 
