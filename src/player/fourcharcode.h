@@ -50,18 +50,22 @@ constexpr FourCharCode kSpT = fourCharCode("kSpT"); // shows
 constexpr FourCharCode kSpU = fourCharCode("kSpU"); // iTunes U
 constexpr FourCharCode kSpZ = fourCharCode("kSpZ"); // music
 
-// kind of a source
-constexpr FourCharCode kLib = fourCharCode("kLib");
-constexpr FourCharCode kPod = fourCharCode("kPod");
-constexpr FourCharCode kACD = fourCharCode("kACD");
-constexpr FourCharCode kMCD = fourCharCode("kMCD");
-constexpr FourCharCode kTun = fourCharCode("kTun");
-constexpr FourCharCode kShd = fourCharCode("kShd");
-constexpr FourCharCode kUnk = fourCharCode("kUnk");
+// kind of a source; the values are the player's four-character codes.
+enum class SourceKind : FourCharCode {
+    kLib = fourCharCode("kLib"), // the library
+    kPod = fourCharCode("kPod"), // an iPod
+    kACD = fourCharCode("kACD"), // an audio CD
+    kMCD = fourCharCode("kMCD"), // an MP3 CD
+    kTun = fourCharCode("kTun"), // a radio tuner
+    kShd = fourCharCode("kShd"), // a shared library
+    kUnk = fourCharCode("kUnk"), // unknown
+};
 
-// kind of an AirPlay device
-constexpr FourCharCode kAPC = fourCharCode("kAPC");
-constexpr FourCharCode kAPO = fourCharCode("kAPO");
-constexpr FourCharCode kAPT = fourCharCode("kAPT");
-constexpr FourCharCode kAPX = fourCharCode("kAPX");
-constexpr FourCharCode kAPU = fourCharCode("kAPU");
+// kind of an AirPlay device; the values are the player's four-character codes.
+enum class AirPlayDeviceKind : FourCharCode {
+    kAPC = fourCharCode("kAPC"), // a computer
+    kAPO = fourCharCode("kAPO"), // another AirPlay device
+    kAPT = fourCharCode("kAPT"), // an Apple TV
+    kAPX = fourCharCode("kAPX"), // an AirPort Express
+    kAPU = fourCharCode("kAPU"), // unknown
+};

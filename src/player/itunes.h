@@ -256,7 +256,7 @@ public:
     static constexpr ObjectClass kClass = ObjectClass::Source;
     using ITunesItem::ITunesItem;
 
-    FourCharCode kind() const { return code(Prop::kind); }
+    SourceKind kind() const { return SourceKind(code(Prop::kind)); }
     double capacity() const { return real(Prop::capacity); }
     double freeSpace() const { return real(Prop::freeSpace); }
     QList<ITunesPlaylist> playlists() const;
@@ -275,7 +275,7 @@ public:
     static constexpr ObjectClass kClass = ObjectClass::AirPlayDevice;
     using ITunesItem::ITunesItem;
 
-    FourCharCode kind() const { return code(Prop::kind); }
+    AirPlayDeviceKind kind() const { return AirPlayDeviceKind(code(Prop::kind)); }
     QString networkAddress() const { return text(Prop::networkAddress); }
     bool active() const { return boolean(Prop::active); }
     bool available() const { return boolean(Prop::available); }

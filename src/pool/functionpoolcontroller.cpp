@@ -580,7 +580,7 @@ void FunctionPoolController::poolProgressClose()
 ITunesSource FunctionPoolController::subLibrarySource() const
 {
     for (const ITunesSource &source : yourTunes_.sources())
-        if (source.kind() == kLib)
+        if (source.kind() == SourceKind::kLib)
             return source;
     return {};
 }

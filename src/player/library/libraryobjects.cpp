@@ -90,7 +90,7 @@ QVariant LibrarySourceObject::read(Prop property)
     switch (property) {
     case Prop::name: return QStringLiteral("Library");
     case Prop::persistentID: return store_->sourcePersistentID();
-    case Prop::kind: return kLib;
+    case Prop::kind: return FourCharCode(SourceKind::kLib);
     case Prop::capacity:
     case Prop::freeSpace: {
         const QStorageInfo storage(QFileInfo(store_->database().path()).absolutePath());

@@ -172,7 +172,7 @@ TEST_F(LibraryTest, PlaylistsAreMadeMovedDuplicatedAndDeleted)
     const ITunesFileTrack one = addOne("1.mp3");
     const ITunesFileTrack two = addOne("2.mp3");
     const ITunesSource source = app.sources().value(0);
-    ASSERT_EQ(source.kind(), kLib);
+    ASSERT_EQ(source.kind(), SourceKind::kLib);
     ASSERT_EQ(source.libraryPlaylists().value(0).specialKind(), kSpL);
 
     const ITunesUserPlaylist mix = source.makeUserPlaylist({{"name", "Mix"}}, ObjectClass::UserPlaylist);

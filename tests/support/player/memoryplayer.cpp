@@ -281,7 +281,7 @@ MemoryPlayer::MemoryPlayer() : notifier_(std::make_unique<PlayerNotifier>())
                {Prop::playerState, kPSS}, {Prop::playerPosition, 0.0},
                {Prop::soundVolume, qint64(100)}, {Prop::mute, false}, {Prop::frontmost, false},
                {Prop::EQEnabled, false}, {Prop::AirPlayEnabled, false}};
-    addSource(QStringLiteral("Library"), kLib);
+    addSource(QStringLiteral("Library"), SourceKind::kLib);
 }
 
 MemoryPlayer::~MemoryPlayer() = default;
@@ -336,10 +336,10 @@ MemoryObjectPtr MemoryPlayer::libraryPlaylist(const MemoryObjectPtr &source) con
     return owner ? owner->lists_.value(Prop::libraryPlaylists).value(0) : nullptr;
 }
 
-MemoryObjectPtr MemoryPlayer::addSource(const QString &name, FourCharCode kind)
+MemoryObjectPtr MemoryPlayer::addSource(const QString &name, SourceKind kind)
 {
     Lock lock(mutex_);
-    MemoryObjectPtr source = newObject(ObjectClass::Source, {{Prop::name, name}, {Prop::kind, kind}});
+    MemoryObjectPtr source = newObject(ObjectClass::Source, {{Prop::name, name}, {Prop::kind, FourCharCode(kind)}});
     MemoryObjectPtr library = newObject(ObjectClass::LibraryPlaylist, {{Prop::name, name}});
     library->container_ = source;
     source->lists_[Prop::libraryPlaylists].append(library);
@@ -384,7 +384,7 @@ MemoryObjectPtr MemoryPlayer::addTrack(ObjectClass trackClass, const MemoryPrope
     MemoryObjectPtr owner = source;
     if (!owner && trackClass == ObjectClass::SharedTrack) {
         auto shared = std::find_if(sources_.begin(), sources_.end(), [](const MemoryObjectPtr &s) {
-            return s->values_.value(Prop::kind).toUInt() == kShd;
+            return SourceKind(s->values_.value(Prop::kind).toUInt()) == SourceKind::kShd;
         });
         owner = shared != sources_.end() ? *shared : nullptr;
     }

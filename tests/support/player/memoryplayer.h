@@ -83,7 +83,7 @@ public:
     MemoryObjectPtr librarySource() const;
     MemoryObjectPtr libraryPlaylist(const MemoryObjectPtr &source = nullptr) const;
     // A further source with a library playlist of its own (kShd for a shared library).
-    MemoryObjectPtr addSource(const QString &name, FourCharCode kind = kShd);
+    MemoryObjectPtr addSource(const QString &name, SourceKind kind = SourceKind::kShd);
     // A user or folder playlist at the end of the source's userPlaylists, inside a folder if
     // given (the folder's source is used then).
     MemoryObjectPtr addUserPlaylist(const QString &name, const MemoryObjectPtr &folder = nullptr,
