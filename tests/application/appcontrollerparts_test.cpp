@@ -6,6 +6,7 @@
 #include "application/exceptionlog.h"
 #include "application/playereventrouter.h"
 #include "application/windowregistry.h"
+#include "silentapplicationui.h"
 
 #include <QCoreApplication>
 
@@ -136,21 +137,7 @@ TEST(WindowRegistry, BringUpMakesShowsFrontsOrOpensAndReleaseLetsGoOnTheNextTurn
 
 namespace {
 
-struct QuietUi : ApplicationUi
-{
-    void beep() override {}
-    void showStandardAlert(const QString &) override {}
-    void showAlert(const QString &, const QString &, const QString &) override {}
-    bool showExceptionDialog(const QString &) override { return false; }
-    void showAboutPanel() override {}
-    bool isModalWindowOpen() const override { return false; }
-    bool isOptionKeyPressed() const override { return false; }
-    void activateApplication() override {}
-    void bringToForeground() override {}
-    void openLocation(const QString &) override {}
-    void quit() override {}
-    void afterDelay(double, std::function<void()>) override {}
-};
+using QuietUi = SilentApplicationUi;
 
 class PlayerEventRouterTest : public ::testing::Test
 {

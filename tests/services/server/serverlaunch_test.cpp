@@ -7,6 +7,7 @@
 
 #include "localhttpserver.h"
 #include "serverfakes.h"
+#include "silentapplicationui.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -18,20 +19,12 @@
 namespace {
 
 // Alerts and quitting are recorded; delays run on real timers.
-struct LaunchUi : ApplicationUi
+struct LaunchUi : SilentApplicationUi
 {
     QStringList shown;
     bool quit_ = false;
-    void beep() override {}
     void showStandardAlert(const QString &key) override { shown << key; }
     void showAlert(const QString &, const QString &, const QString &key) override { shown << key; }
-    bool showExceptionDialog(const QString &) override { return false; }
-    void showAboutPanel() override {}
-    bool isModalWindowOpen() const override { return false; }
-    bool isOptionKeyPressed() const override { return false; }
-    void activateApplication() override {}
-    void bringToForeground() override {}
-    void openLocation(const QString &) override {}
     void quit() override { quit_ = true; }
     void afterDelay(double seconds, std::function<void()> call) override
     {
