@@ -8,8 +8,9 @@
 class AppController;
 class QThread;
 
-// "distribution release" as QSysInfo names them, "debian 12".
-QString operatingSystemVersionString();
+// "distribution release" as QSysInfo names them, "debian 12" (pool/utilities.h has the
+// numbered form that the server is sent).
+QString operatingSystemDescription();
 
 // The program's start after the settings are read: the launch thread (server document, launch
 // and update checks, system check) and the start in default or organize mode. Main thread,

@@ -548,13 +548,6 @@ void LibraryStore::setArtworkData(qint64 id, qsizetype index, const QByteArray &
     QMutexLocker locker(&mutex_);
     saveOthersOfThisThread(id);
     QList<EmbeddedPicture> pictures = embeddedPictures(id);
-    const QString sidecar = sidecarArtworkPath(id);
-    if (index == pictures.size() && !sidecar.isEmpty()) {
-        if (!writeFileAtomically(sidecar, data))
-            throwBridgeFailure(kBridgeErrorWriteFailed,
-                               QStringLiteral("cannot write %1").arg(sidecar));
-        return;
-    }
     if (index >= 0 && index < pictures.size())
         pictures[index].data = data;
     else

@@ -68,7 +68,9 @@ public:
         bool downloaded = false;
     };
     QList<Artwork> artworks(qint64 id);
-    // Replaces the artwork at the index, or appends one when the index is past the end.
+    // Replaces the embedded artwork at the index, or appends one when the index is past the
+    // embedded ones. Writing the downloaded artwork's slot embeds the picture there: the file
+    // beside the track is shared by every track of its folder and is left alone.
     void setArtworkData(qint64 id, qsizetype index, const QByteArray &data);
     void setArtworkDescription(qint64 id, qsizetype index, const QString &description);
     void removeArtwork(qint64 id, qsizetype index);

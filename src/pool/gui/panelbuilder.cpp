@@ -418,5 +418,7 @@ QString PanelBuilder::tagName(qint64 number)
         QStringLiteral("Sort Name"), QStringLiteral("Sort Artist"), QStringLiteral("Sort Album"),
         QStringLiteral("Sort Album Artist"), QStringLiteral("Sort Composer"), QStringLiteral("Sort Show"),
         QStringLiteral("Disc Count"), QStringLiteral("Track Count"), QStringLiteral("BPM")};
+    if (number == 0)
+        return QStringLiteral("None"); // an optional tag left out
     return number >= 1 && number <= names.size() ? names.at(number - 1) : QString::number(number);
 }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "player/itunes.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+class FunctionPoolController;
+
+// The album folder and its files, as the artwork and extraction functions see them.
+
+// The folder of the track's file, or its parent when that is a disc folder.
+QString albumFolderOfTrack(const FunctionPoolController *pool, const ITunesTrack &track);
+// The names of the image files directly in the folder (the organizer's image suffixes,
+// ignoring case), each once, in the folder's order.
+QStringList imageFilesIn(const FunctionPoolController *pool, const QString &folder);
+
+// The failures of these functions, for the track's error in the log.
+[[noreturn]] void throwArtworkFailure(const QString &reason);
+[[noreturn]] void throwFileFailure(const QString &reason);
+
+// The whole file, or a failure naming it.
+QByteArray readWholeFile(const QString &path);
+// Writes the bytes atomically where nothing stands yet; a failure names the file.
+void writeNewFile(const QString &path, const QByteArray &bytes);
