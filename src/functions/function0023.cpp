@@ -100,11 +100,13 @@ PanelDescription Function0023::panelDescription() const
         field.group = QStringLiteral("Name after tags");
     }
     panel.fields << option << tagFields;
-    panel.fields << PanelField{Kind::Check, QStringLiteral("yourRenameArtworkFront"), QStringLiteral("Front image")}
-                 << PanelField{Kind::Text, QStringLiteral("yourIdentifierArtworkFront"),
-                               QStringLiteral("Front file name contains")}
-                 << PanelField{Kind::Check, QStringLiteral("yourRenameArtworkBack"), QStringLiteral("Back image")}
-                 << PanelField{Kind::Text, QStringLiteral("yourIdentifierArtworkBack"),
-                               QStringLiteral("Back file name contains")};
+    QList<PanelField> files{
+        {Kind::Check, QStringLiteral("yourRenameArtworkFront"), QStringLiteral("Rename the front image")},
+        {Kind::Text, QStringLiteral("yourIdentifierArtworkFront"), QStringLiteral("Its file name contains")},
+        {Kind::Check, QStringLiteral("yourRenameArtworkBack"), QStringLiteral("Rename the back image")},
+        {Kind::Text, QStringLiteral("yourIdentifierArtworkBack"), QStringLiteral("Its file name contains")}};
+    for (PanelField &field : files)
+        field.group = QStringLiteral("Image files");
+    panel.fields << files;
     return panel;
 }
