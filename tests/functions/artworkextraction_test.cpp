@@ -5,7 +5,40 @@
 
 #include <QDir>
 
+#include <unistd.h>
+
 namespace {
+
+// A folder nobody may write to while the object lives. Permissions do not stop root, so for
+// root the folder is also made immutable (chattr), where the file system allows it.
+class ReadOnlyFolder
+{
+public:
+    explicit ReadOnlyFolder(const QString &path) : path_(path)
+    {
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup);
+        if (geteuid() == 0)
+            immutable_ = QProcess::execute("chattr", {"+i", path}) == 0;
+    }
+    ~ReadOnlyFolder()
+    {
+        if (immutable_)
+            QProcess::execute("chattr", {"-i", path_});
+        QFile::setPermissions(path_, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    bool isWritable() const
+    {
+        QFile probe(path_ + "/.probe");
+        const bool written = probe.open(QIODevice::WriteOnly);
+        if (written)
+            probe.remove();
+        return written;
+    }
+
+private:
+    QString path_;
+    bool immutable_ = false;
+};
 
 using ArtworkExtractionTest = ArtworkLibraryTest;
 
@@ -151,6 +184,34 @@ TEST_F(ArtworkExtractionTest, ImageFilesMoveToTheSubfolderAndBack)
     EXPECT_EQ(states, (QList<qint64>{0, 0}));
     run(24, {{"yourMoveFromAlbumFolderToArtworkSubFolderOption", 2}});
     EXPECT_EQ(filesIn(music("Album/Cover")), (QStringList{"a.jpg", "b.PNG"}));
+}
+
+// What cannot be written fails the track with its reason and leaves the folder as it was.
+TEST_F(ArtworkExtractionTest, AReadOnlyAlbumFolderFailsEachTrackAndKeepsItsFiles)
+{
+    const ITunesFileTrack track = addTrack("Album", "1.mp3");
+    track.artworkAt(0).setRawData(makePicture(QSize(30, 20), "PNG"));
+    track.saveTags();
+    writeFile(music("Album/front.jpg"), "f");
+    const QStringList before = filesIn(music("Album"));
+    const ReadOnlyFolder readOnly(music("Album"));
+    if (readOnly.isWritable())
+        GTEST_SKIP() << "this user can write to any folder here";
+
+    const QList<std::pair<int, QVariantMap>> runs{{19, {{"yourExtractOption", 1}}},
+                                                  {23, {{"yourIdentifierArtworkBack", "nothing"}}},
+                                                  {24, {}}};
+    for (const auto &[number, settings] : runs) {
+        run(number, settings);
+        EXPECT_EQ(states, QList<qint64>{-1}) << number;
+        EXPECT_EQ(filesIn(music("Album")), before) << number;
+        const QList<QVariantMap> errors = pool->myFunctionPoolErrorLog()->yourErrorLogEntries();
+        ASSERT_FALSE(errors.isEmpty());
+        QString error;
+        for (const QVariant &value : errors.last())
+            error += value.toString();
+        EXPECT_TRUE(error.contains(music("Album"))) << error.toStdString();
+    }
 }
 
 } // namespace
