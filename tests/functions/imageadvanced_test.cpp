@@ -48,28 +48,4 @@ TEST(ImageAdvanced, EncodingKeepsTheTypeAndFullQuality)
     EXPECT_FALSE(problem.isEmpty());
 }
 
-TEST(ImageAdvanced, BadPicturesAreRefusedWithTheirReason)
-{
-    QString problem;
-    EXPECT_TRUE(ov_imageFromData("this is text, not a picture", &problem).isNull());
-    EXPECT_TRUE(problem.contains("not a picture")) << problem.toStdString();
-
-    const QByteArray jpeg = makePicture(QSize(300, 200), "JPEG");
-    EXPECT_FALSE(ov_imageFromData(jpeg).isNull());
-    EXPECT_TRUE(ov_imageFromData(jpeg.left(jpeg.size() * 2 / 3), &problem).isNull());
-    EXPECT_TRUE(problem.contains("cut short")) << problem.toStdString();
-    const QByteArray png = makePicture(QSize(300, 200), "PNG");
-    EXPECT_TRUE(ov_imageFromData(png.left(png.size() - 20), &problem).isNull());
-
-    // A real 12000 x 12000 picture, one bit a pixel so that the test stays small.
-    QImage huge(12000, 12000, QImage::Format_Mono);
-    huge.fill(1);
-    QByteArray hugeBytes;
-    QBuffer buffer(&hugeBytes);
-    buffer.open(QIODevice::WriteOnly);
-    ASSERT_TRUE(huge.save(&buffer, "PNG"));
-    EXPECT_TRUE(ov_imageFromData(hugeBytes, &problem).isNull());
-    EXPECT_TRUE(problem.contains("12000 x 12000")) << problem.toStdString();
-}
-
 } // namespace

@@ -4,7 +4,6 @@
 #include "pool/poolfunctionregistry.h"
 
 #include <QDir>
-#include <QLineEdit>
 #include <QMetaProperty>
 #include <QWidget>
 
@@ -49,17 +48,6 @@ TEST(ArtworkPanels, FieldsBindToTheFunctionsSettings)
         }
         const std::unique_ptr<QWidget> panel(PanelBuilder::build(description, function.get()));
         ASSERT_TRUE(panel);
-        if (number == 25) {
-            // The back side's identifier follows its embed box.
-            QLineEdit *backIdentifier = nullptr;
-            for (QLineEdit *edit : panel->findChildren<QLineEdit *>())
-                if (edit->text() == QLatin1String("_Cover B"))
-                    backIdentifier = edit;
-            ASSERT_TRUE(backIdentifier);
-            EXPECT_FALSE(backIdentifier->isEnabled());
-            function->setProperty("yourBackArtworkEmbed", true);
-            EXPECT_TRUE(backIdentifier->isEnabled());
-        }
         if (!shots.isEmpty()) {
             panel->resize(panel->sizeHint().expandedTo(QSize(620, 200)));
             panel->grab().save(QDir(shots).filePath(QStringLiteral("panel-%1.png").arg(number)));
