@@ -34,7 +34,8 @@ PoolFunctionAnswer Function0019::doMyFunctionCheck()
     const FunctionPoolPreferences *preferences = myFunctionPool()->myPreferences();
     yourArtworkSuffixA = preferences->prefArtworkFrontSuffix();
     yourArtworkSuffixB = preferences->prefArtworkBackSuffix();
-    if (yourExtractOption != kChosenFolder)
+    // Any option but the album folder writes to the chosen folder.
+    if (yourExtractOption == kAlbumFolder)
         return PoolStep::GoOn;
     FunctionPoolController *pool = myFunctionPool();
     pool->askForFolder(QStringLiteral("0003.0007"), [this, pool](const QString &path) {

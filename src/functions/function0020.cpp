@@ -14,8 +14,7 @@ PoolFunctionAnswer Function0020::doMyFunctionCheck()
             return PoolAlertCode::IncompleteSettings;
         return PoolStep::GoOn;
     }
-    if (yourExtractOption != kChosenFolder)
-        return PoolStep::GoOn;
+    // Any other option writes to the chosen folder, so it is asked for as well.
     FunctionPoolController *pool = myFunctionPool();
     pool->askForFolder(QStringLiteral("0003.0006"), [this, pool](const QString &path) {
         if (path.isEmpty())
