@@ -49,6 +49,15 @@ TEST(ArtworkCli, EmbeddedScaledExtractedAndMovedThroughOrvaneCli)
     orvaneCli({"organize", "19", album, "--folder", out, "--set", "yourExtractArtworkB=true"});
     EXPECT_EQ(QDir(out).entryList(QDir::Files), (QStringList{"Band - Record_Cover A.jpg", "Band - Record_Cover B.png"}));
     EXPECT_EQ(QImage(out + "/Band - Record_Cover B.png").size(), QSize(75, 100));
+    // Lyrics out into the album folder's "Lyrics", one text file per track.
+    orvaneCli({"organize", "17", album, "--set", "yourOptionChoosen=1", "--set", "yourPerformOnTrackInfo=1"});
+    orvaneCli({"organize", "5", album, "--set", "yourPerformOn=16", "--set", "yourAddText=La la la"});
+    orvaneCli({"organize", "20", album, "--set", "yourExtractOption=1"});
+    const QStringList lyrics = QDir(album + "/Lyrics").entryList(QDir::Files);
+    EXPECT_EQ(lyrics, (QStringList{" - 1.txt", " - 2.txt", " - 3.txt"}));
+    for (const QString &name : lyrics)
+        EXPECT_EQ(readFile(album + "/Lyrics/" + name), "La la la") << name.toStdString();
+
     orvaneCli({"organize", "24", album});
     EXPECT_EQ(QDir(album + "/Cover").entryList(QDir::Files),
               (QStringList{"Record_Cover A.jpg", "Record_cover b.png"}));
