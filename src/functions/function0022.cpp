@@ -47,7 +47,7 @@ void Function0022::doMyFunctionMain(const ITunesTrack &track)
     const QImage scaled = ov_imageDrawnInto(
         image, QSize(std::max(1, int(std::lround(newWidth))), std::max(1, int(std::lround(newHeight)))));
     // The picture keeps the kind it was stored as.
-    const QByteArray encoded = ov_encodedImage(scaled, contentStorageTypeForImageData(bytes), &problem);
+    const QByteArray encoded = ov_encodedImage(scaled, ov_embeddableImageType(contentStorageTypeForImageData(bytes)), &problem);
     if (encoded.isEmpty())
         throwArtworkFailure(QStringLiteral("cannot scale artwork %1: %2")
                                 .arg(yourScaleArtworkTargetPosition)

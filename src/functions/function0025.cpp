@@ -45,7 +45,7 @@ qint64 Function0025::runEmbedArtwork(const ITunesTrack &track, bool replace, con
         return countOfArtworks;
     const QString path = albumFolderLocation + QLatin1Char('/') + name;
     const QByteArray bytes = readWholeFile(path);
-    const BitmapImageFileType type = contentStorageTypeForImageData(bytes);
+    const BitmapImageFileType type = ov_embeddableImageType(contentStorageTypeForImageData(bytes));
     QString problem;
     QImage image = ov_imageFromData(bytes, &problem);
     if (image.isNull())

@@ -148,14 +148,7 @@ QByteArray ov_encodedImage(const QImage &image, BitmapImageFileType type, QStrin
     return bytes;
 }
 
-QString ov_imageFileExtension(BitmapImageFileType type)
+BitmapImageFileType ov_embeddableImageType(BitmapImageFileType type)
 {
-    switch (type) {
-    case BitmapImageFileType::TIFF: return QStringLiteral("tiff");
-    case BitmapImageFileType::BMP: return QStringLiteral("bmp");
-    case BitmapImageFileType::GIF: return QStringLiteral("gif");
-    case BitmapImageFileType::JPEG: return QStringLiteral("jpg");
-    case BitmapImageFileType::PNG: return QStringLiteral("png");
-    }
-    return QStringLiteral("png");
+    return type == BitmapImageFileType::TIFF || type == BitmapImageFileType::GIF ? BitmapImageFileType::PNG : type;
 }

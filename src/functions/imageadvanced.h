@@ -34,5 +34,6 @@ QImage ov_colorInvertedImage(const QImage &image);
 // Empty bytes, with the reason in problem, when it cannot be encoded.
 QByteArray ov_encodedImage(const QImage &image, BitmapImageFileType type, QString *problem = nullptr);
 
-// The usual file name extension of a type, without the dot ("jpg", "png", "gif", "bmp", "tiff").
-QString ov_imageFileExtension(BitmapImageFileType type);
+// The type a picture of this type is embedded in a track as: tags hold JPEG, PNG, GIF and BMP,
+// and GIF cannot be written here, so a TIFF or GIF becomes PNG, without loss.
+BitmapImageFileType ov_embeddableImageType(BitmapImageFileType type);

@@ -29,7 +29,7 @@ TEST_F(ArtworkEmbeddingTest, EmbedsFrontAndBackFromTheAlbumFolder)
         tracks.append(addTrack("Album/CD1", name));
     const QByteArray front = makePicture(QSize(600, 400), "JPEG");
     writeFile(album + "/scan_cover a.JPG", front);              // lower case, upper-case suffix
-    writeFile(album + "/x_Cover B.png", makePicture(QSize(400, 300), "PNG", Qt::green));
+    writeFile(album + "/x_Cover B.tif", makePicture(QSize(400, 300), "TIFF", Qt::green)); // embedded as PNG
     writeFile(album + "/_Cover B.txt", "not an image suffix");
 
     EXPECT_TRUE(run(25, {{"yourBackArtworkEmbed", true}, {"yourBackScaleArtworkUp", true}}).isEmpty());
