@@ -128,6 +128,11 @@ QByteArray ov_encodedImage(const QImage &image, BitmapImageFileType type, QStrin
         setProblem(problem, QStringLiteral("there is no picture to encode"));
         return {};
     }
+    if (!QImageWriter::supportedImageFormats().contains(writerFormat(type))) {
+        setProblem(problem, QStringLiteral("%1 pictures cannot be written on this system; choose another file type")
+                                .arg(QString::fromLatin1(writerFormat(type)).toUpper()));
+        return {};
+    }
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);

@@ -46,6 +46,8 @@ TEST(ImageAdvanced, EncodingKeepsTheTypeAndFullQuality)
     QString problem;
     EXPECT_TRUE(ov_encodedImage(QImage(), BitmapImageFileType::PNG, &problem).isEmpty());
     EXPECT_FALSE(problem.isEmpty());
+    EXPECT_TRUE(ov_encodedImage(image, BitmapImageFileType::GIF, &problem).isEmpty()); // Qt reads GIF only
+    EXPECT_TRUE(problem.startsWith("GIF pictures cannot be written")) << problem.toStdString();
 }
 
 } // namespace
