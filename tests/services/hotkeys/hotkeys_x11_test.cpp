@@ -1,0 +1,89 @@
+// The hotkeys on a real X server: a combination from the key bindings file, pressed with
+// xdotool, reaches its action; one that another client holds is refused and the rest work.
+#include "services/hotkeys/globalhotkeylistener.h"
+#include "services/hotkeys/keyboardlayout.h"
+
+#include "additions/propertylist.h"
+#include "player/memoryplayer.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QProcess>
+
+#include <xcb/xcb.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+bool pressKeys(const QString &keys)
+{
+    QProcess xdotool;
+    xdotool.start(QStringLiteral("xdotool"), {QStringLiteral("key"), keys});
+    return xdotool.waitForFinished(60000) && xdotool.exitCode() == 0;
+}
+
+template <class Condition>
+bool waitFor(Condition condition)
+{
+    const QDeadlineTimer deadline(60000);
+    while (!condition() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    return condition();
+}
+
+TEST(HotkeysOnX11, APressedCombinationRunsItsActionAndATakenOneIsRefused)
+{
+    ASSERT_EQ(QGuiApplication::platformName(), "xcb");
+    const auto layout = KeyboardLayout::current();
+    ASSERT_TRUE(layout);
+    const quint32 n = layout->keyCodeForKeysym(XKB_KEY_n);
+    const quint32 m = layout->keyCodeForKeysym(XKB_KEY_m);
+    ASSERT_NE(n, 0u);
+
+    // Another client holds ctrl+shift+m first.
+    xcb_connection_t *other = xcb_connect(nullptr, nullptr);
+    ASSERT_EQ(xcb_connection_has_error(other), 0);
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(other)).data->root;
+    ASSERT_EQ(xcb_request_check(other, xcb_grab_key_checked(other, 1, root, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL,
+                                                            xcb_keycode_t(m), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)),
+              nullptr);
+
+    const qint64 flags = kHotkeyShift | kHotkeyControl;
+    ASSERT_TRUE(PropertyList::write(HotkeyListenerPreferences::preferencesLocation(),
+                                    QVariantMap{{"YourTunesNextTrack", HotkeyListenerPreferences::hotkeyItem(n, flags)},
+                                                {"YourTunesMute", HotkeyListenerPreferences::hotkeyItem(m, flags)}}));
+    auto player = MemoryPlayer::create();
+    auto first = player->addFileTrack("A", "/music/a.mp3");
+    auto second = player->addFileTrack("B", "/music/b.mp3");
+    player->setCurrentTrack(first);
+    HotkeyActionHooks hooks;
+    hooks.yourTunes = [&player] { return player->application(); };
+    GlobalHotkeyListener listener(hooks, createX11HotkeyGrabber());
+    listener.startListener();
+    const auto &grabbed = listener.eventHotKeyRefs();
+    EXPECT_FALSE(grabbed[0].valid); // YourTunesMute comes first in the map
+    EXPECT_TRUE(grabbed[1].valid);
+
+    ASSERT_TRUE(pressKeys("ctrl+shift+n"));
+    EXPECT_TRUE(waitFor([&] { return player->currentTrackObject() == second; }));
+    // Lock on changes nothing about the combination.
+    ASSERT_TRUE(pressKeys("Caps_Lock"));
+    ASSERT_TRUE(pressKeys("ctrl+shift+n"));
+    EXPECT_TRUE(waitFor([&] { return player->currentTrackObject() == first; }));
+    ASSERT_TRUE(pressKeys("Caps_Lock"));
+
+    // Stopped, the grab is gone and the press goes to whoever has the focus: one step after
+    // the restart, not two.
+    listener.stopListener();
+    ASSERT_TRUE(pressKeys("ctrl+shift+n"));
+    listener.startListener();
+    ASSERT_TRUE(pressKeys("ctrl+shift+n"));
+    EXPECT_TRUE(waitFor([&] { return player->currentTrackObject() == second; }));
+    EXPECT_FALSE(player->applicationValue(Prop::mute).toBool());
+    xcb_disconnect(other);
+}
+
+} // namespace
