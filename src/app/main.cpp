@@ -85,7 +85,10 @@ int main(int argc, char *argv[])
     services.functionPoolWindowHooks.openLibraryWindow = [&libraryWindow] { libraryWindow.showWindow(); };
     services.ratingNotifierMaker = [&controller, &screenFlash] {
         RatingNotifierHooks hooks;
-        hooks.tuneController = [&controller] { return controller.yourTuneController(); };
+        hooks.controllerIsHidden = [&controller] {
+            const TuneController *tuneController = controller.yourTuneController();
+            return tuneController && !tuneController->yourControllerIsVissible();
+        };
         hooks.showTrackInfoWindow = [&controller] { controller.showTrackInfoWindow(3); };
         hooks.beep = [] { QApplication::beep(); };
         hooks.displayFlash = &screenFlash;

@@ -68,6 +68,8 @@ class HotkeyListener
 public:
     virtual ~HotkeyListener() = default;
     virtual void startListener() = 0;
+    // No hotkey acts until the next start (while the preferences window records one).
+    virtual void stopListener() {}
 };
 
 // Made fresh for every player notification and for each clean-up.

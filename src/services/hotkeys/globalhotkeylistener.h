@@ -46,7 +46,7 @@ public:
     // each; a combination another program holds is logged and left inactive.
     void startListener() override;
     // No action runs until the next start; the slots keep their marks.
-    void stopListener();
+    void stopListener() override;
 
     const std::array<Slot, 15> &eventHotKeyRefs() const { return slots_; }
     bool doListening() const { return doListening_; }

@@ -33,11 +33,8 @@ qint64 RatingNotifier::remainingTime() const
 void RatingNotifier::ratingNotifierTimerFire()
 {
     ratingNotifierTimerCancel();
-    if (hooks_.tuneController) {
-        const TuneController *controller = hooks_.tuneController();
-        if (controller && !controller->yourControllerIsVissible())
-            return;
-    }
+    if (hooks_.controllerIsHidden && hooks_.controllerIsHidden())
+        return;
     if (!yourTunes_.isRunning() || yourTunes_.playerState() != kPSP)
         return;
     // A rating computed by the player is no rating of the user's: it always gets the reminder.

@@ -14,8 +14,9 @@ class DisplayFlash;
 // What the reminder reaches outside itself; unset hooks are skipped.
 struct RatingNotifierHooks
 {
-    // The status strip's controller; null when there is none, which never holds a reminder back.
-    std::function<const TuneController *()> tuneController;
+    // True while the status strip's controller exists and is hidden; no controller at all never
+    // holds a reminder back.
+    std::function<bool()> controllerIsHidden;
     // The track info window brought forward without the focus (showTrackInfoWindow with 3).
     std::function<void()> showTrackInfoWindow;
     std::function<void()> beep;

@@ -100,51 +100,33 @@ TEST_F(CurrentTrackActionTest, WritesEveryFileWithItsKeysAndTypesThenStartsTheSc
     EXPECT_EQ(workspaceFiles(), QStringList({"airplay.json", "artwork.jpg", "eq.json", "hook.sh", "player.json",
                                              "playlists.json", "track.json"}));
     const QJsonObject song = json("track.json");
-    EXPECT_EQ(song.value("name"), "Song");
-    EXPECT_EQ(song.value("artist"), "Artist");
+    EXPECT_EQ(song.size(), 24); // every key, the text ones empty rather than missing
     EXPECT_EQ(song.value("album"), "");
-    EXPECT_TRUE(song.value("lyrics").isString());
     EXPECT_EQ(song.value("location"), "/music/song.mp3");
     EXPECT_EQ(song.value("year"), 1999);
-    EXPECT_EQ(song.value("track number"), 3);
-    EXPECT_EQ(song.value("rating"), 60);
     EXPECT_EQ(song.value("duration"), 201.5);
     EXPECT_EQ(song.value("loved"), true);
-    EXPECT_EQ(song.value("album loved"), false);
     EXPECT_EQ(song.value("playlist"), "Library/Folder/Mix");
-    EXPECT_EQ(song.size(), 24);
-
     const QJsonObject state = json("player.json");
-    EXPECT_EQ(state.value("state"), "playing");
-    EXPECT_EQ(state.value("sound volume"), 35);
-    EXPECT_EQ(state.value("position"), 12.25);
-    EXPECT_EQ(state.value("mute"), false);
-    EXPECT_TRUE(state.value("airplay enabled").isBool());
-    EXPECT_TRUE(state.value("eq enabled").isBool());
+    EXPECT_EQ(state, (QJsonObject{{"state", "playing"}, {"sound volume", 35}, {"position", 12.25}, {"mute", false},
+                                  {"airplay enabled", false}, {"eq enabled", false}}));
 
     const QJsonObject library = json("playlists.json");
     EXPECT_EQ(library.value("kind"), "library");
-    EXPECT_TRUE(library.value("capacity").isDouble());
     QMap<QString, QJsonObject> playlists;
     for (const QJsonValue &playlist : library.value("playlists").toArray())
         playlists.insert(playlist["name"].toString(), playlist.toObject());
     ASSERT_EQ(playlists.keys(), QStringList({"Folder", "Library", "Mix"}));
-    EXPECT_EQ(playlists["Library"].value("kind"), "library");
     EXPECT_FALSE(playlists["Library"].contains("smart")); // not a user playlist
     EXPECT_EQ(playlists["Folder"].value("kind"), "folder");
     EXPECT_EQ(playlists["Mix"].value("path"), "Library/Folder/Mix");
     EXPECT_EQ(playlists["Mix"].value("tracks count"), 1);
     EXPECT_EQ(playlists["Mix"].value("repeat"), "off");
-    EXPECT_EQ(playlists["Mix"].value("smart"), false);
-
     const QJsonObject preset = json("eq.json").value("presets").toArray().at(0).toObject();
-    EXPECT_EQ(preset.value("name"), "Rock");
-    EXPECT_EQ(preset.value("preamp"), 1.5);
+    EXPECT_EQ(preset.size(), 12);
     EXPECT_EQ(preset.value("band 3"), -2.0);
-    EXPECT_TRUE(preset.contains("band 10"));
     const QJsonObject device = json("airplay.json").value("devices").toArray().at(0).toObject();
     EXPECT_EQ(device.value("kind"), "airport express");
-    EXPECT_EQ(device.value("sound volume"), 70);
     EXPECT_EQ(device.value("network address"), "");
 
     QFile artwork(file("artwork.jpg"));
@@ -193,7 +175,6 @@ TEST_F(CurrentTrackActionTest, WithThePlayerGoneOldFilesGoNoneAreWrittenAndTheSc
     ASSERT_TRUE(run());
     EXPECT_FALSE(QFileInfo::exists(file("track.json")));
     EXPECT_FALSE(QFileInfo::exists(file("artwork.jpg")));
-    EXPECT_TRUE(QFileInfo::exists(file("player.json")));
     EXPECT_EQ(json("player.json").value("state"), "stopped");
     EXPECT_EQ(json("eq.json").value("presets"), QJsonArray());
     EXPECT_EQ(json("airplay.json").value("devices"), QJsonArray());
@@ -202,21 +183,15 @@ TEST_F(CurrentTrackActionTest, WithThePlayerGoneOldFilesGoNoneAreWrittenAndTheSc
 TEST_F(CurrentTrackActionTest, AStreamHasNoLocationNoArtworkAndAnUnknownStateIsLeftOut)
 {
     configure(allFiles);
-    auto stream = player->addURLTrack("Radio", "http://127.0.0.1:1/stream");
-    QImage cover(8, 8, QImage::Format_RGB32);
-    cover.fill(Qt::blue);
-    player->setCurrentTrack(stream);
+    player->setCurrentTrack(player->addURLTrack("Radio", "http://127.0.0.1:1/stream"));
     player->setPlayerState(fourCharCode("kPSx"));
     ASSERT_TRUE(run());
     const QJsonObject radio = json("track.json");
     EXPECT_EQ(radio.value("name"), "Radio");
     EXPECT_EQ(radio.value("location"), "");
-    EXPECT_EQ(radio.value("duration"), 0.0);
     EXPECT_FALSE(radio.contains("playlist"));
     EXPECT_FALSE(QFileInfo::exists(file("artwork.jpg")));
-    const QJsonObject state = json("player.json");
-    EXPECT_FALSE(state.contains("state"));
-    EXPECT_TRUE(state.contains("sound volume"));
+    EXPECT_EQ(json("player.json").keys(), QStringList({"airplay enabled", "eq enabled", "mute", "position", "sound volume"}));
 }
 
 TEST_F(CurrentTrackActionTest, NamesAreJoinedAsTheyStandUnderATildeWorkspace)

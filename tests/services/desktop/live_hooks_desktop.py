@@ -12,7 +12,12 @@ import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
+
+# The desktop start test's reading of the system (it takes the same two arguments).
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "application"))
+from orvane_desktop_test import Run  # noqa: E402
 
 ORVANE, VERSION = sys.argv[1], sys.argv[2]
 DEADLINE = 60  # seconds; a guard only, every wait ends on its condition
@@ -23,13 +28,7 @@ WORKSPACE = None
 
 
 def describe_workspace():
-    if not WORKSPACE or not os.path.isdir(WORKSPACE):
-        return "no workspace"
-    parts = []
-    for name in sorted(os.listdir(WORKSPACE)):
-        with open(os.path.join(WORKSPACE, name), errors="replace") as file:
-            parts.append(f"--- {name}\n{file.read()}")
-    return "\n".join(parts)
+    return {name: open(os.path.join(WORKSPACE, name), errors="replace").read() for name in os.listdir(WORKSPACE)}
 
 
 def wait_for(what, condition):
@@ -54,19 +53,6 @@ def key_code(keysym):
     codes = dict(re.findall(r"<(\w+)>\s*=\s*(\d+);", keymap))
     name = re.search(r"key\s+<(\w+)>\s*\{[^}]*\[\s*" + keysym + r"\s*[,\]]", keymap).group(1)
     return int(codes[name])
-
-
-def current_system():
-    # QSysInfo's productType and productVersion: ID and VERSION_ID of os-release.
-    fields = {}
-    try:
-        with open("/etc/os-release") as file:
-            for line in file:
-                key, _, value = line.strip().partition("=")
-                fields[key] = value.strip('"')
-    except OSError:
-        pass
-    return f"{fields.get('ID', 'unknown')} {fields.get('VERSION_ID', 'unknown')}"
 
 
 def mpris(method):
@@ -101,7 +87,7 @@ def main():
                    ORVANE_PLAYER_BUS_NAME=MPV)
         env.pop("QT_QPA_PLATFORM", None)
         # This system counts as supported, so that no alert comes up.
-        env["ORVANE_SUPPORTED_SYSTEMS"] = current_system()
+        env["ORVANE_SUPPORTED_SYSTEMS"] = Run.current_system()
 
         music = os.path.join(home, "music")
         os.makedirs(music)
@@ -141,10 +127,11 @@ def main():
         wait_for("mpv on the bus", lambda: on_bus(MPV))
         orvane = subprocess.Popen([ORVANE], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
         processes.append(orvane)
-        line = wait_for("orvane's launch", lambda: orvane.stderr.readline())
-        while "launching in" not in line:
-            line = wait_for("orvane's launch", lambda: orvane.stderr.readline())
+        for line in orvane.stderr:
+            if "launching in" in line:
+                break
         check("default" in line, f"orvane did not launch in default mode: {line}")
+        threading.Thread(target=lambda: [None for _ in orvane.stderr], daemon=True).start()  # never a full pipe
 
         def lines():
             try:
@@ -152,6 +139,10 @@ def main():
                     return file.read().splitlines()
             except OSError:
                 return []
+
+        def track_named(name):
+            track = read_json(os.path.join(workspace, "track.json"))
+            return track if track and track.get("name") == name else None
 
         def state_is(state, name):
             def reached():
@@ -162,7 +153,7 @@ def main():
             return wait_for(f"{state} {name}", reached)
 
         # The launch runs the action once: mpv paused on the first file.
-        player, track = state_is("paused", "First")
+        state_is("paused", "First")
         mpris("Play")
         player, track = state_is("playing", "First")
         check(track["location"] == files[0], f"location {track['location']!r}")
@@ -173,18 +164,14 @@ def main():
         mpris("Pause")
         state_is("paused", "First")
         mpris("Next")
-        track = wait_for("the second track", lambda: (read_json(os.path.join(workspace, "track.json")) or {}).get("name") == "Second"
-                         and read_json(os.path.join(workspace, "track.json")))
-        check(track["location"] == files[1], f"location {track['location']!r}")
+        wait_for("the second track", lambda: track_named("Second"))
 
         # The hotkey skips mpv on.
         before = len(lines())
         subprocess.run(["xdotool", "key", "ctrl+shift+n"], check=True)
-        track = wait_for("the hotkey's skip", lambda: (read_json(os.path.join(workspace, "track.json")) or {}).get("name") == "Third"
-                         and read_json(os.path.join(workspace, "track.json")))
+        track = wait_for("the hotkey's skip", lambda: track_named("Third"))
         check(track["location"] == files[2], f"location {track['location']!r}")
         wait_for("the script's run after the skip", lambda: len(lines()) > before)
-        check(all(line.startswith('"state"') for line in lines()), f"a run without a player file: {lines()}")
 
         # At quit the files go; the script and what it wrote stay.
         orvane.send_signal(signal.SIGTERM)

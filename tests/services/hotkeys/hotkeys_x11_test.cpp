@@ -1,6 +1,7 @@
 // The hotkeys on a real X server: a combination from the key bindings file, pressed with
 // xdotool, reaches its action; one that another client holds is refused and the rest work.
 #include "services/hotkeys/globalhotkeylistener.h"
+#include "services/hotkeys/gui/oxhotkeybutton.h"
 #include "services/hotkeys/keyboardlayout.h"
 
 #include "additions/propertylist.h"
@@ -9,7 +10,12 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QGuiApplication>
+#include <QDir>
+#include <QLabel>
 #include <QProcess>
+#include <QTest>
+#include <QVBoxLayout>
+#include <QWidget>
 
 #include <xcb/xcb.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -84,6 +90,60 @@ TEST(HotkeysOnX11, APressedCombinationRunsItsActionAndATakenOneIsRefused)
     EXPECT_TRUE(waitFor([&] { return player->currentTrackObject() == second; }));
     EXPECT_FALSE(player->applicationValue(Prop::mute).toBool());
     xcb_disconnect(other);
+}
+
+// How many pixels of the area differ clearly from its first pixel.
+int markedPixels(const QImage &image, const QRect &area)
+{
+    const QColor first = image.pixelColor(area.topLeft());
+    int marked = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            marked += std::abs(color.lightness() - first.lightness()) > 40;
+        }
+    return marked;
+}
+
+TEST(HotkeysOnX11, ButtonsShowTheirCombinationAndADeleteIconOnlyWhenSet)
+{
+    const auto layout = KeyboardLayout::current();
+    QWidget pane;
+    auto *column = new QVBoxLayout(&pane);
+    auto addButton = [&](const QString &label, qint64 keysym, qint64 flags) {
+        column->addWidget(new QLabel(label, &pane));
+        auto *button = new OXHotkeyButton(1, layout, &pane);
+        if (keysym >= 0) {
+            button->setCurrentKeyCode(layout->keyCodeForKeysym(quint32(keysym)));
+            button->setCurrentModifierFlags(flags);
+        }
+        column->addWidget(button);
+        return button;
+    };
+    OXHotkeyButton *set = addButton("Next track", XKB_KEY_n, kHotkeyShift | kHotkeyControl);
+    OXHotkeyButton *unset = addButton("Mute", -1, -1);
+    OXHotkeyButton *arrow = addButton("Volume up", XKB_KEY_Up, kHotkeyOption | kHotkeyCommand);
+    OXHotkeyButton *recording = addButton("Play or pause", XKB_KEY_space, 0);
+    pane.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&pane));
+    QTest::mouseClick(recording, Qt::LeftButton, {}, QPoint(10, recording->height() / 2));
+
+    const QImage shot = pane.grab().toImage();
+    if (const QString folder = qEnvironmentVariable("ORVANE_SCREENSHOT_DIR"); !folder.isEmpty()) {
+        QDir().mkpath(folder);
+        shot.save(folder + "/hotkey_buttons.png");
+    }
+    const qreal scale = shot.devicePixelRatio();
+    auto icon = [&](OXHotkeyButton *button) {
+        const QRect area = button->deleteIconRect().translated(button->pos());
+        return QRect(area.topLeft() * scale, area.size() * scale);
+    };
+    EXPECT_EQ(set->text(), "⇧ ⌃ n");
+    EXPECT_EQ(arrow->text(), "⌥ ⌘ ⇡");
+    EXPECT_GT(markedPixels(shot, icon(set)), 10);
+    EXPECT_GT(markedPixels(shot, icon(arrow)), 10);
+    EXPECT_EQ(markedPixels(shot, icon(unset)), 0);
+    EXPECT_EQ(markedPixels(shot, icon(recording)), 0); // none while recording
 }
 
 } // namespace

@@ -15,32 +15,12 @@ struct CountingFlash : DisplayFlash
     int count = 0;
 };
 
-// Only the visibility counts for the reminder.
-struct StripController : TuneController
-{
-    bool yourControllerIsVissible() const override { return visible; }
-    void setYourControllerIsVissible(bool v) override { visible = v; }
-    int yourControllerLastAction() const override { return 0; }
-    void setYourControllerLastAction(int) override {}
-    bool yourLyricsWindowWasHiddenByController() const override { return false; }
-    void setYourLyricsWindowWasHiddenByController(bool) override {}
-    bool checkIfTheControllerShouldBeHide(bool) override { return false; }
-    void showControlls(bool, bool) override {}
-    void hideControlls(bool, bool) override {}
-    void switchPlayButtonStatusTo(int) override {}
-    void updateControllerRating() override {}
-    void emptyControllerRating() override {}
-    void fadeTuneControllerOut() override {}
-    QPoint currentPosition() const override { return {}; }
-    bool visible = true;
-};
-
 class RatingNotifierTest : public ::testing::Test
 {
 protected:
     RatingNotifierTest()
     {
-        hooks.tuneController = [this] { return &controller; };
+        hooks.controllerIsHidden = [this] { return controllerHidden; };
         hooks.showTrackInfoWindow = [this] { ++infoWindows; };
         hooks.beep = [this] { ++beeps; };
         hooks.displayFlash = &flash;
@@ -62,7 +42,7 @@ protected:
     }
 
     MemoryPlayerPtr player = MemoryPlayer::create();
-    StripController controller;
+    bool controllerHidden = false;
     CountingFlash flash;
     int infoWindows = 0;
     int beeps = 0;
@@ -114,14 +94,12 @@ TEST_F(RatingNotifierTest, TooLateAStreamOrAHiddenControllerArmNothing)
     EXPECT_FALSE(notifier->isArmed());
 
     play(300, 0);
-    controller.visible = false;
+    controllerHidden = true;
     notifier->ratingNotifierTimerFire();
     EXPECT_FALSE(notifier->isArmed());
-    // No controller at all holds nothing back.
-    hooks.tuneController = [] { return nullptr; };
-    auto withoutController = makeNotifier();
-    withoutController->ratingNotifierTimerFire();
-    EXPECT_TRUE(withoutController->isArmed());
+    controllerHidden = false;
+    notifier->ratingNotifierTimerFire();
+    EXPECT_TRUE(notifier->isArmed());
 }
 
 TEST_F(RatingNotifierTest, JumpingBackReArmsWhileJumpingForwardKeepsTheOldTime)

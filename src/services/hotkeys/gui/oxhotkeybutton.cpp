@@ -83,7 +83,7 @@ QRect OXHotkeyButton::deleteIconRect() const
 QSize OXHotkeyButton::sizeHint() const
 {
     const QSize hint = QPushButton::sizeHint();
-    return {std::max(hint.width() + 24, 140), hint.height()};
+    return {std::max(hint.width() + 24, 170), hint.height()};
 }
 
 void OXHotkeyButton::setRecording(bool recording)
