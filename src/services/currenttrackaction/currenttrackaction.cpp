@@ -113,28 +113,28 @@ void CurrentTrackAction::write() const
     // The player gone, there is nothing to describe; the script still runs.
     if (!application_.isRunning())
         return;
-    // Failed reads empty a description instead of leaving half of it in a file.
+    // A connection of its own counts the failed reads, so that a failed description is left
+    // out instead of reaching a file half read.
     CurrentTrackInfo::FailureCounter failures(application_.delegate());
-    const ITunesApplication application(application_.connection() ? std::make_shared<ScriptingConnection>(
-                                                                        ScriptingConnection{application_.connection()->backend, &failures})
-                                                                  : nullptr,
-                                        application_.remoteObject());
-    const QString player = QStringLiteral("player");
-    const QString playlists = QStringLiteral("playlists");
-    const QString eq = QStringLiteral("eq");
-    const QString airplay = QStringLiteral("airplay");
-    const QString track = QStringLiteral("track");
-    if (!configuration_.pathForFile(player, QStringLiteral("json")).isEmpty())
-        writeJsonFile(player, CurrentTrackInfo::infoForApplication(application));
+    const ITunesApplication application(
+        std::make_shared<ScriptingConnection>(ScriptingConnection{application_.connection()->backend, &failures}),
+        application_.remoteObject());
+    const auto wanted = [this](const char *file) {
+        return !configuration_.pathForFile(QLatin1String(file), QStringLiteral("json")).isEmpty();
+    };
+    if (wanted("player"))
+        writeJsonFile(QStringLiteral("player"), CurrentTrackInfo::infoForApplication(application));
     // The whole library is walked only when its file is asked for.
-    if (!configuration_.pathForFile(playlists, QStringLiteral("json")).isEmpty())
-        writeJsonFile(playlists, CurrentTrackInfo::infoForSource(CurrentTrackInfo::librarySource(application)));
-    if (!configuration_.pathForFile(eq, QStringLiteral("json")).isEmpty())
-        writeJsonFile(eq, CurrentTrackInfo::infoForEq(application));
-    if (!configuration_.pathForFile(airplay, QStringLiteral("json")).isEmpty())
-        writeJsonFile(airplay, CurrentTrackInfo::infoForAirPlay(application));
-    if (!configuration_.pathForFile(track, QStringLiteral("json")).isEmpty())
-        writeJsonFile(track, CurrentTrackInfo::infoForTrack(application.currentTrack(), application.currentPlaylist()));
+    if (wanted("playlists"))
+        writeJsonFile(QStringLiteral("playlists"),
+                      CurrentTrackInfo::infoForSource(CurrentTrackInfo::librarySource(application)));
+    if (wanted("eq"))
+        writeJsonFile(QStringLiteral("eq"), CurrentTrackInfo::infoForEq(application));
+    if (wanted("airplay"))
+        writeJsonFile(QStringLiteral("airplay"), CurrentTrackInfo::infoForAirPlay(application));
+    if (wanted("track"))
+        writeJsonFile(QStringLiteral("track"),
+                      CurrentTrackInfo::infoForTrack(application.currentTrack(), application.currentPlaylist()));
     writeArtworkFile();
 }
 
