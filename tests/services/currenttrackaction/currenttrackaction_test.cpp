@@ -4,7 +4,6 @@
 #include "additions/propertylist.h"
 #include "player/memoryplayer.h"
 
-#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -12,10 +11,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -238,14 +240,21 @@ TEST_F(CurrentTrackActionTest, TheScriptRunsDetachedWithItsOwnPath)
     CurrentTrackAction action(player->application(), configurationPath);
     ASSERT_TRUE(action.runInWorkspace()); // returns while the script waits on the gate
 
-    QFile opened(gate);
-    ASSERT_TRUE(opened.open(QIODevice::WriteOnly)); // blocks until the script reads
-    opened.write("go\n");
-    opened.close();
+    // The gate opens for writing once the script reads it; a script that never started fails
+    // at the deadline instead of hanging the test.
     const QDeadlineTimer deadline(60000);
+    int writer = -1;
+    while (writer < 0 && !deadline.hasExpired()) {
+        writer = ::open(QFile::encodeName(gate).constData(), O_WRONLY | O_NONBLOCK);
+        if (writer < 0)
+            QTest::qWait(10); // nothing to wait on: the script's opening of the gate has no event
+    }
+    ASSERT_GE(writer, 0) << "the script never read its gate";
+    ASSERT_EQ(::write(writer, "go\n", 3), 3);
+    ::close(writer);
     QByteArray ran;
     while (!ran.endsWith('\n') && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        QTest::qWait(10);
         QFile out(file("ran.txt"));
         if (out.open(QIODevice::ReadOnly))
             ran = out.readAll();

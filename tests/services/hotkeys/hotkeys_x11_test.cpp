@@ -36,7 +36,7 @@ bool waitFor(Condition condition)
 {
     const QDeadlineTimer deadline(60000);
     while (!condition() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        QTest::qWait(10);
     return condition();
 }
 
