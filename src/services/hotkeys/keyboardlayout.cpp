@@ -89,10 +89,17 @@ std::shared_ptr<KeyboardLayout> KeyboardLayout::fromNames(const QString &layout,
 
 std::shared_ptr<KeyboardLayout> KeyboardLayout::current()
 {
+    // The buttons of one pane share a layout; a pane opened later reads the layout afresh.
+    static std::weak_ptr<KeyboardLayout> shared;
+    if (auto layout = shared.lock())
+        return layout;
+    std::shared_ptr<KeyboardLayout> layout;
     if (auto *x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr)
-        if (auto layout = fromX11(x11->connection()))
-            return layout;
-    return fromNames(QStringLiteral("us"));
+        layout = fromX11(x11->connection());
+    if (!layout)
+        layout = fromNames(QStringLiteral("us"));
+    shared = layout;
+    return layout;
 }
 
 QString KeyboardLayout::stringForKeyCode(qint64 keyCode, quint64) const

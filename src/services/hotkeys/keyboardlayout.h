@@ -23,7 +23,8 @@ public:
     static std::shared_ptr<KeyboardLayout> fromX11(xcb_connection_t *connection);
     // A layout by its XKB name ("us", "de", ...); null when the XKB data has none.
     static std::shared_ptr<KeyboardLayout> fromNames(const QString &layout, const QString &variant = {});
-    // The layout of the program's X server when it has one, otherwise the "us" layout.
+    // The layout of the program's X server when it has one, otherwise the "us" layout. Main
+    // thread; callers at the same time share one.
     static std::shared_ptr<KeyboardLayout> current();
 
     // The key's name at its base level: the names of the function and special keys ("F5",
