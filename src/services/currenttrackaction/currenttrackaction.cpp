@@ -1,7 +1,6 @@
 #include "services/currenttrackaction/currenttrackaction.h"
 
 #include "additions/collectionadditions.h"
-#include "additions/filewriting.h"
 #include "additions/ovapplication.h"
 #include "additions/propertylist.h"
 #include "player/apptodo.h"
@@ -15,6 +14,9 @@
 #include <QImageWriter>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QTemporaryFile>
+
+#include <cstdio>
 
 namespace {
 
@@ -25,6 +27,23 @@ const QString kScriptKey = QStringLiteral("run sh script");
 // The files in the order they are removed.
 const QStringList kCleanupOrder = {QStringLiteral("artwork"), QStringLiteral("track"), QStringLiteral("player"),
                                    QStringLiteral("playlists"), QStringLiteral("airplay"), QStringLiteral("eq")};
+
+// Whole or not at all, as writeFileAtomically, but without its sync to disk: the files are
+// replaced at every player event and removed at quit, so a reader must never see half a file,
+// while surviving a power cut matters not at all. Six syncs would cost most of an event.
+bool replaceFile(const QString &path, const QByteArray &bytes)
+{
+    QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
+    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush())
+        return false;
+    // Readable by others as any file the user writes, not private as a temporary one.
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
+    // rename() replaces the old file in one step; QFile::rename would refuse an existing one.
+    if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0)
+        return false;
+    file.setAutoRemove(false);
+    return true;
+}
 
 QString standardizedPath(const QString &path)
 {
@@ -142,8 +161,8 @@ void CurrentTrackAction::writeJsonFile(const QString &file, const QJsonObject &i
 {
     if (info.isEmpty())
         return;
-    writeFileAtomically(configuration_.pathForFile(file, QStringLiteral("json")),
-                        QJsonDocument(info).toJson(QJsonDocument::Indented));
+    replaceFile(configuration_.pathForFile(file, QStringLiteral("json")),
+                QJsonDocument(info).toJson(QJsonDocument::Indented));
 }
 
 // The first artwork, always re-encoded as a JPEG at full quality, whatever the player holds.
@@ -166,7 +185,7 @@ void CurrentTrackAction::writeArtworkFile() const
     QImageWriter writer(&buffer, "jpeg");
     writer.setQuality(100);
     if (writer.write(image))
-        writeFileAtomically(path, buffer.data());
+        replaceFile(path, buffer.data());
 }
 
 bool CurrentTrackAction::runScript() const
