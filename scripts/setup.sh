@@ -11,7 +11,7 @@ packages=(
   libicu-dev libxml2-dev libsqlite3-dev
   qt6-base-dev libqt6sql6-sqlite qt6-image-formats-plugins
   libtag1-dev libplist-dev qtkeychain-qt6-dev libsecret-1-0
-  libx11-dev libxcb1-dev libxkbcommon-dev
+  libx11-dev libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev xkb-data
   fonts-dejavu-core gnome-keyring dbus
   mpv mpv-mpris xvfb xauth xdotool
   ffmpeg python3 python3-mutagen

@@ -14,9 +14,13 @@
 #include "pool/gui/functionsheetregistry.h"
 #include "pool/gui/organizerwindowcontroller.h"
 #include "pool/poolfunctionregistry.h"
+#include "services/currenttrackaction/currenttrackaction.h"
+#include "services/hotkeys/globalhotkeylistener.h"
+#include "services/ratingnotifier/ratingnotifier.h"
 #include "services/server/gui/servermessagesui_widgets.h"
 #include "services/server/ovlink.h"
 #include "services/server/servermessages.h"
+#include "widgets/screenflash.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -66,9 +70,12 @@ int main(int argc, char *argv[])
     WidgetServerMessagesUi serverUi(ui);
     ProgramServiceFactory services;
     services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
+    services.currentTrackActionMaker = [] { return std::make_shared<CurrentTrackAction>(); };
     services.functionPoolWindowMaker = [&functions, &sheets](const FunctionPoolWindowHooks &hooks) {
         return std::make_shared<OrganizerWindowController>(hooks, functions, sheets);
     };
+    // Before the controller, whose reminder flashes the screens with it.
+    ScreenFlash screenFlash;
     AppController controller(context, ui, services, preferences);
     // The windows report their closing by number.
     services.functionPoolWindowHooks.killTargetWindow = [&controller](int number) {
@@ -76,6 +83,36 @@ int main(int argc, char *argv[])
             controller.killTargetWindow(*window);
     };
     services.functionPoolWindowHooks.openLibraryWindow = [&libraryWindow] { libraryWindow.showWindow(); };
+    services.ratingNotifierMaker = [&controller, &screenFlash] {
+        RatingNotifierHooks hooks;
+        hooks.controllerIsHidden = [&controller] {
+            const TuneController *tuneController = controller.yourTuneController();
+            return tuneController && !tuneController->yourControllerIsVissible();
+        };
+        hooks.showTrackInfoWindow = [&controller] { controller.showTrackInfoWindow(3); };
+        hooks.beep = [] { QApplication::beep(); };
+        hooks.displayFlash = &screenFlash;
+        return std::make_shared<RatingNotifier>(std::move(hooks));
+    };
+    services.hotkeyListenerMaker = [&controller] {
+        HotkeyActionHooks hooks;
+        hooks.hasTrackInfoWindow = [&controller] { return controller.yourTrackInfoWindowController() != nullptr; };
+        hooks.closeTrackInfoWindow = [&controller] {
+            if (TrackInfoWindowController *info = controller.yourTrackInfoWindowController())
+                info->closeTrackInfoWindow();
+        };
+        hooks.showTrackInfoWindow = [&controller] { controller.showTrackInfoWindow(1); };
+        hooks.hasLyricsWindow = [&controller] { return controller.yourTrackLyricsWindowController() != nullptr; };
+        hooks.closeTrackLyricsWindow = [&controller] {
+            if (TrackLyricsWindowController *lyrics = controller.yourTrackLyricsWindowController())
+                lyrics->closeTrackLyricsWindow();
+        };
+        hooks.showLyricsWindow = [&controller] { controller.clickNavigationMenuShowLyrics(); };
+        hooks.showFunctionPool = [&controller] { controller.clickNavigationMenuFunctionPool(); };
+        hooks.enableDisableLastFM = [&controller] { controller.clickNavigationMenuEnableDisableLastFM(); };
+        hooks.yourTunes = [&controller] { return controller.yourTunes(); };
+        return std::make_shared<GlobalHotkeyListener>(std::move(hooks), createX11HotkeyGrabber());
+    };
 
     ApplicationMenu menu({[&libraryWindow] { libraryWindow.showWindow(); },
                           [&controller] { controller.clickNavigationMenuFunctionPool(); },

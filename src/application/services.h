@@ -68,6 +68,8 @@ class HotkeyListener
 public:
     virtual ~HotkeyListener() = default;
     virtual void startListener() = 0;
+    // No hotkey acts until the next start (while the preferences window records one).
+    virtual void stopListener() {}
 };
 
 // Made fresh for every player notification and for each clean-up.
@@ -235,13 +237,26 @@ public:
     FunctionPoolWindowHooks functionPoolWindowHooks;
     // The server and its links live in a module above this one; the program sets the maker.
     std::function<std::shared_ptr<AppLinks>()> appLinksMaker;
+    // The live services live in modules above this one as well.
+    std::function<std::shared_ptr<OVCurrentTrackAction>()> currentTrackActionMaker;
+    std::function<std::shared_ptr<RatingNotifierController>()> ratingNotifierMaker;
+    std::function<std::shared_ptr<HotkeyListener>()> hotkeyListenerMaker;
 
     std::shared_ptr<TuneController> createTuneController() override;
     std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
     QString lastFMPreferencesUserName() override { return {}; }
-    std::shared_ptr<RatingNotifierController> createRatingNotifierController() override { return nullptr; }
-    std::shared_ptr<HotkeyListener> createHotkeyListener() override { return nullptr; }
-    std::shared_ptr<OVCurrentTrackAction> createCurrentTrackAction() override { return nullptr; }
+    std::shared_ptr<RatingNotifierController> createRatingNotifierController() override
+    {
+        return ratingNotifierMaker ? ratingNotifierMaker() : nullptr;
+    }
+    std::shared_ptr<HotkeyListener> createHotkeyListener() override
+    {
+        return hotkeyListenerMaker ? hotkeyListenerMaker() : nullptr;
+    }
+    std::shared_ptr<OVCurrentTrackAction> createCurrentTrackAction() override
+    {
+        return currentTrackActionMaker ? currentTrackActionMaker() : nullptr;
+    }
     std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() override { return nullptr; }
     std::shared_ptr<TrackLyricsWindowController> createTrackLyricsWindowController() override { return nullptr; }
     std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() override;

@@ -88,9 +88,20 @@ QVariant MprisPlayer::read(Prop property)
         return volume() <= 0.0;
     case Prop::frontmost:
         return false;
+    // MPRIS has no equaliser and no AirPlay: they are switched off.
+    case Prop::EQEnabled:
+    case Prop::AirPlayEnabled:
+        return false;
     default:
         return PlayerBackend::read(property);
     }
+}
+
+RemoteObjectList MprisPlayer::elements(Prop list)
+{
+    if (list == Prop::EQPresets || list == Prop::AirPlayDevices)
+        return {}; // none to be had over MPRIS
+    return PlayerBackend::elements(list);
 }
 
 void MprisPlayer::write(Prop property, const QVariant &value)

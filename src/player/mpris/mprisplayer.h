@@ -39,6 +39,7 @@ public:
     PlayerNotifier *notifier() override { return follower_->notifier(); }
 
     QVariant read(Prop property) override;
+    RemoteObjectList elements(Prop list) override;
     void write(Prop property, const QVariant &value) override;
     RemoteObjectPtr object(Prop relation) override;
     void perform(Command command) override;
