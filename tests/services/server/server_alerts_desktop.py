@@ -102,11 +102,26 @@ def wait_for_window(name):
     raise AssertionError(f"no window named {name} appeared")
 
 
+def wait_until_gone(window):
+    deadline = time.monotonic() + WINDOW_SECONDS
+    while window in windows_named("Orvane"):
+        if time.monotonic() > deadline:
+            raise AssertionError("the alert stayed open after Return")
+        time.sleep(0.2)
+
+
 def grab(folder, name):
+    """A picture of the screen once the new window has painted: a busy machine may show its first
+    frames blank, so the grab is repeated until the picture holds more than a bare background."""
     path = os.path.join(folder, name)
-    subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "x11grab", "-video_size", "1280x800",
-                    "-i", os.environ["DISPLAY"], "-frames:v", "1", path], check=True)
-    return path
+    deadline = time.monotonic() + WINDOW_SECONDS
+    while True:
+        subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "x11grab", "-video_size",
+                        "1280x800", "-i", os.environ["DISPLAY"], "-frames:v", "1", path], check=True)
+        if os.path.getsize(path) >= 10000:
+            return path
+        if time.monotonic() > deadline:
+            raise AssertionError(f"{path} stayed empty: the window never painted")
 
 
 def press_return(window):
@@ -120,13 +135,10 @@ def update_alert(orvane, server, folder):
         program = start(orvane, server, home)
         try:
             alert = wait_for_window("Orvane")
-            time.sleep(0.5)  # the first frame of a new window may still be blank
             shot = grab(folder, "server-update-alert.png")
-            if os.path.getsize(shot) < 10000:
-                raise AssertionError(f"{shot} looks empty")
             print(f"screenshot: {shot}")
             press_return(alert)
-            time.sleep(1)
+            wait_until_gone(alert)
             if program.poll() is not None:
                 raise AssertionError("orvane ended after the update alert")
             if not any(path.startswith("/3/request.php?") for path in server.paths):
@@ -146,7 +158,6 @@ def stop_alert(orvane, server, folder):
         program = start(orvane, server, home)
         try:
             alert = wait_for_window("Orvane")
-            time.sleep(0.5)
             print(f"screenshot: {grab(folder, 'server-stop-alert.png')}")
             press_return(alert)
             status = program.wait(timeout=WINDOW_SECONDS)
