@@ -1,4 +1,5 @@
 #include "applicationmenu.h"
+#include "controllerwiring.h"
 #include "playerwiring.h"
 #include "quitsignals.h"
 
@@ -76,6 +77,7 @@ int main(int argc, char *argv[])
             controller.killTargetWindow(*window);
     };
     services.functionPoolWindowHooks.openLibraryWindow = [&libraryWindow] { libraryWindow.showWindow(); };
+    wireDesktopController(services, controller);
 
     ApplicationMenu menu({[&libraryWindow] { libraryWindow.showWindow(); },
                           [&controller] { controller.clickNavigationMenuFunctionPool(); },
