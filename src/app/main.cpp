@@ -81,6 +81,7 @@ int main(int argc, char *argv[])
 
     ApplicationMenu menu({[&libraryWindow] { libraryWindow.showWindow(); },
                           [&controller] { controller.clickNavigationMenuFunctionPool(); },
+                          [&controller] { controller.clickNavigationMenu(); },
                           [&controller, &serverUi] {
                               // The store search blocks for up to 3 s: off the main thread.
                               const QString artist = controller.yourTunes().currentTrack().get().artist();

@@ -90,8 +90,8 @@ class Mpv:
         self.process.wait(timeout=DEADLINE)
 
 
-def strip_geometry():
-    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Orvane$"],
+def windows(name):
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{name}$"],
                            capture_output=True, text=True).stdout.split()
     for window in found:
         shell = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window],
@@ -102,15 +102,15 @@ def strip_geometry():
 
 
 def find_strip():
-    for _, (x, y, width, height) in strip_geometry():
+    for _, (x, y, width, height) in windows("Orvane Controller"):
         if (width, height) == (STRIP_WIDTH, STRIP_HEIGHT) and y == 0:
             return x, y
     return None
 
 
 def find_panel():
-    for _, (x, y, width, height) in strip_geometry():
-        if height > 60 and y >= STRIP_HEIGHT:
+    for _, (x, y, width, height) in windows("Orvane Navigation"):
+        if height > 60:
             return x, y, width, height
     return None
 
@@ -172,10 +172,10 @@ def main():
 
     mpv = Mpv(root, files, env)
     orvane = None
+    errors = queue.Queue()
     try:
         wait_until("the first file to load", lambda: (mpv.get("duration") or 0) > 0)
         orvane = subprocess.Popen([ORVANE], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
-        errors = queue.Queue()
         threading.Thread(target=lambda: [errors.put(line) for line in orvane.stderr], daemon=True).start()
         x, y = wait_until("the status strip", find_strip)
         middle = y + STRIP_HEIGHT // 2
@@ -209,6 +209,13 @@ def main():
 
         orvane.send_signal(signal.SIGTERM)
         check(orvane.wait(timeout=DEADLINE) == 0, "orvane did not quit cleanly")
+    except BaseException:
+        if orvane and orvane.poll() is None:
+            orvane.kill()
+            orvane.wait()
+        if orvane:
+            sys.stderr.write("orvane said:\n" + "".join(list(errors.queue)))
+        raise
     finally:
         if orvane and orvane.poll() is None:
             orvane.kill()

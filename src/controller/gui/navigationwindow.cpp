@@ -158,7 +158,7 @@ void TuneControllerNavigatonWindow::call(const std::function<void()> &hook)
 void TuneControllerNavigatonWindow::build()
 {
     window_ = std::make_unique<QWidget>(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    window_->setWindowTitle(QStringLiteral("Orvane"));
+    window_->setWindowTitle(QStringLiteral("Orvane Navigation"));
     window_->setObjectName(QStringLiteral("navigationPanel"));
     // A hairline frame: the panel has no window manager decoration to set it apart.
     window_->setStyleSheet(QStringLiteral("#navigationPanel { border: 1px solid palette(mid); border-radius: 0px; }"));
@@ -400,10 +400,22 @@ bool TuneControllerNavigatonWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == window_.get()) {
         if (event->type() == QEvent::Close && !closing_) {
-            // Every close goes through the fade.
-            event->ignore();
-            closeNavigationWindow();
-            return true;
+            if (event->spontaneous()) {
+                // The window manager's close goes through the fade like every other.
+                event->ignore();
+                closeNavigationWindow();
+                return true;
+            }
+            // Closed by the program (quitting closes every window first, and must not be held
+            // up by a fade): it goes at once, and is reported closed all the same.
+            if (fade_)
+                fade_->stop();
+            stopOrganizeLibraryAnimation();
+            statusRefresh_.stop();
+            closing_ = true;
+            yourAllowWindowChanges_ = false;
+            if (hooks_.killTargetWindow)
+                hooks_.killTargetWindow(5);
         }
         // A click elsewhere dismisses the panel; its own menu keeps it.
         if (event->type() == QEvent::WindowDeactivate && !myNavigationMenuOption_.isVisible())

@@ -11,7 +11,7 @@ StatusStripWindow::StatusStripWindow(QWidget *parent)
 {
     setAttribute(Qt::WA_ShowWithoutActivating);
     setFocusPolicy(Qt::NoFocus);
-    setWindowTitle(QStringLiteral("Orvane"));
+    setWindowTitle(QStringLiteral("Orvane Controller"));
     if (QScreen *screen = QGuiApplication::primaryScreen())
         connect(screen, &QScreen::availableGeometryChanged, this, &StatusStripWindow::placeOnScreen);
 }
