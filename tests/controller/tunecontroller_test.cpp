@@ -4,6 +4,10 @@
 #include "controller/gui/statusstripwindow.h"
 #include "controller/gui/tunecontroller.h"
 #include "player/memoryplayer.h"
+#include "silentapplicationui.h"
+#include "additions/appcontext.h"
+#include "application/appcontroller.h"
+#include "application/apppreferences.h"
 #include "widgets/oxlevelindicatorstarrating.h"
 
 #include <QApplication>
@@ -51,7 +55,7 @@ struct FakeLyrics : TrackLyricsWindowController
     void updateTrackInformations() override {}
     void emptyTrackInformations() override {}
     void closeTrackLyricsWindow() override { closed = true; }
-    void openTrackLyricsWindow() override {}
+    void openTrackLyricsWindow() override { closed = false; }
 };
 
 class TuneControllerTest : public ::testing::Test
@@ -154,36 +158,64 @@ TEST_F(TuneControllerTest, BuildsTheStripForEachDesign)
     EXPECT_EQ(controller->currentPosition(), QPoint(strip->x() - 22, strip->geometry().bottom() + 1));
 }
 
+// The application controller with the strip as its controller and two track windows that only
+// record; the player's notifications take their real path through it.
+struct StripFactory : ProgramServiceFactory
+{
+    std::shared_ptr<FakeInfo> info = std::make_shared<FakeInfo>();
+    std::shared_ptr<FakeLyrics> lyrics = std::make_shared<FakeLyrics>();
+    std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() override { return info; }
+    std::shared_ptr<TrackLyricsWindowController> createTrackLyricsWindowController() override { return lyrics; }
+};
+
 TEST_F(TuneControllerTest, VideoHidesItAndStoppedBringsItBackByForce)
 {
-    first->setStored(Prop::videoKind, kVdM);
-    auto controller = make(true, false, true, [](TuneControllerPreferences &settings) {
+    make(true, false, true, [](TuneControllerPreferences &settings) {
         settings.setPrefHideControllerWhenPlayingVideos(true);
     });
-    // Forbidden from the start.
-    EXPECT_FALSE(controller->yourControllerIsVissible());
-    EXPECT_FALSE(controller->statusStrip()->isVisible());
+    AppPreferences preferences;
+    SilentApplicationUi ui;
+    StripFactory factory;
+    AppController app(*appContext(), ui, factory, preferences);
+    factory.tuneControllerMaker = [&app] {
+        TuneControllerHooks hooks;
+        hooks.trackInfoWindow = [&app] { return app.yourTrackInfoWindowController(); };
+        hooks.lyricsWindow = [&app] { return app.yourTrackLyricsWindowController(); };
+        return std::make_shared<DesktopTuneController>(hooks);
+    };
+    app.launchInDefaultMode();
+    auto *strip = dynamic_cast<DesktopTuneController *>(app.yourTuneController());
+    ASSERT_TRUE(strip && strip->yourControllerIsVissible());
+    app.showTrackInfoWindow(2);
+    app.clickNavigationMenuShowLyrics();
+    ASSERT_TRUE(app.yourTrackInfoWindowController() && app.yourTrackLyricsWindowController());
 
-    controller->showControlls(true, true);
-    ASSERT_TRUE(controller->yourControllerIsVissible());
-    infoOpen = lyricsOpen = true;
-    // The player answers "Playing" for the video: the test says hide, and hiding closes the
-    // dependants with no fade.
-    ASSERT_TRUE(controller->checkIfTheControllerShouldBeHide(false));
-    controller->hideControlls(true, false);
-    EXPECT_FALSE(controller->yourControllerIsVissible());
-    EXPECT_EQ(controller->yourTuneControllerView(), nullptr);
-    EXPECT_EQ(info.calls, (QStringList{QStringLiteral("fade 0"), QStringLiteral("close")}));
-    EXPECT_TRUE(lyrics.closed);
-    EXPECT_TRUE(controller->yourLyricsWindowWasHiddenByController());
+    // A video starts: the strip goes, and the info and lyrics windows close at once.
+    player->setCurrentTrack(second);
+    second->setStored(Prop::videoKind, kVdM);
+    player->postPlayerState(QStringLiteral("Playing"));
+    EXPECT_FALSE(strip->yourControllerIsVissible());
+    EXPECT_FALSE(strip->statusStrip()->isVisible());
+    EXPECT_EQ(factory.info->calls, (QStringList{QStringLiteral("fade 0"), QStringLiteral("close")}));
+    EXPECT_TRUE(factory.lyrics->closed);
+    EXPECT_TRUE(strip->yourLyricsWindowWasHiddenByController());
 
-    // "Stopped": shown by force, though the current track is still the video.
+    // The next allowed track brings it back, and the lyrics window with it.
+    player->setCurrentTrack(first);
+    player->postPlayerState(QStringLiteral("Playing"));
+    EXPECT_TRUE(strip->yourControllerIsVissible());
+    EXPECT_FALSE(factory.lyrics->closed);
+    EXPECT_FALSE(strip->yourLyricsWindowWasHiddenByController());
+
+    // The video again, then playback ends: back by force, though the track is still the video.
+    player->setCurrentTrack(second);
+    player->postPlayerState(QStringLiteral("Playing"));
+    ASSERT_FALSE(strip->yourControllerIsVissible());
     player->setPlayerState(kPSS);
-    controller->showControlls(true, true);
-    EXPECT_TRUE(controller->yourControllerIsVissible());
-    EXPECT_TRUE(controller->statusStrip()->isVisible());
-    // Unforced it would not have hidden either: a stopped player never hides it.
-    EXPECT_FALSE(controller->checkIfTheControllerShouldBeHide(true));
+    player->postPlayerState(QStringLiteral("Stopped"));
+    EXPECT_TRUE(strip->yourControllerIsVissible());
+    EXPECT_TRUE(strip->statusStrip()->isVisible());
+    EXPECT_TRUE(strip->yourControllerPlayButton()->imageNormal().endsWith(QStringLiteral("play.svg")));
 }
 
 TEST_F(TuneControllerTest, ClosedPlayerHidesItUntilThePlayerStarts)
