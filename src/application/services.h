@@ -222,8 +222,7 @@ struct FunctionPoolWindowHooks
 };
 
 // The factory of the program as far as it is built: what the program sets a maker for, and
-// everything else absent. Main thread; made and
-// filled in by the program's main.
+// everything else absent. Main thread; made and filled in by the program's main.
 class ProgramServiceFactory : public ServiceFactory
 {
 public:
