@@ -66,7 +66,7 @@ protected:
         }
         const QRectF icon(6, (height() - 28) / 2.0, 28, 28);
         painter.save();
-        // Turns on the spot: about the icon's centre.
+        // Rotated about the icon's centre, so it spins in place.
         painter.translate(icon.center());
         painter.rotate(angle_);
         painter.translate(-icon.center());
@@ -243,7 +243,7 @@ void TuneControllerNavigatonWindow::build()
     window_->adjustSize();
     const QSize contents = window_->sizeHint();
     const bool navigation = hooks_.controllerShowsNavigation ? hooks_.controllerShowsNavigation() : true;
-    // The panel's height counts 10 points over its contents; the layout's bottom margin is they.
+    // The layout's bottom margin of 10 is the panel's extra height below its contents.
     QRect frame = TuneControllerLayout::navigationPanelFrame(yourNavigationWindowPoint_,
                                                              QSize(contents.width(), contents.height() - 10), navigation);
     window_->setFixedSize(frame.size());
@@ -345,8 +345,7 @@ void TuneControllerNavigatonWindow::openNavigationWindow()
 
 void TuneControllerNavigatonWindow::closeNavigationWindow()
 {
-    // A close during a fade is dropped: the second click of a double click must not undo the
-    // first.
+    // Ignored while fading: the second click of a double click must not undo the first.
     if (!yourAllowWindowChanges_)
         return;
     yourAllowWindowChanges_ = false;
@@ -389,7 +388,7 @@ void TuneControllerNavigatonWindow::closeNow()
     statusRefresh_.stop();
     closing_ = true;
     // Hidden rather than closed: this may run inside the window's own close event, where a
-    // second close is dropped.
+    // nested close() would be ignored.
     window_->hide();
     // The application controller lets the panel go on its next turn.
     if (hooks_.killTargetWindow)

@@ -83,7 +83,7 @@ void DesktopTuneController::showControlls(bool force, bool)
         hideControlls(true, false);
         return;
     }
-    // A view already showing is replaced, so new design settings take effect here.
+    // Each showing builds a fresh view, which also picks up changed design settings.
     auto *view = new OXTuneControllerView;
     view->setHoverHandlers(
         [this] {
@@ -140,7 +140,7 @@ void DesktopTuneController::showControlls(bool force, bool)
         yourControllerLoveIsVisible_ = false;
     }
 
-    // Added last, as it was made first: it is there in every layout.
+    // The menu button goes in last; every layout has it.
     new OXTuneControllerButton(frameInView(frames_.menu), ControllerButtonType::Menu, perform, view);
 
     view->setFixedSize(frames_.totalWidth, TuneControllerLayout::kThickness);
@@ -150,7 +150,7 @@ void DesktopTuneController::showControlls(bool force, bool)
 void DesktopTuneController::hideControlls(bool, bool)
 {
     releaseControlls();
-    // Nothing of the now-playing display stays on the screen.
+    // The track windows go with the strip, at once.
     if (TrackInfoWindowController *info = hooks_.trackInfoWindow ? hooks_.trackInfoWindow() : nullptr) {
         info->setPrefFadeTimeOut(0);
         info->closeTrackInfoWindow();
@@ -248,7 +248,7 @@ void DesktopTuneController::rateCurrentTrack(Qt::KeyboardModifiers modifiers)
         // The auto-love rules may have changed the track's rating.
         stars->setValue(int(yourTunes_.currentTrack().get().rating()));
         updateControllerRating();
-        // The player's echo of this rating is to run nothing.
+        // Marks the player's coming notification as the echo of this rating.
         yourControllerLastAction_ = 1;
         updateInfoWindowRatings();
     });

@@ -75,7 +75,7 @@ public:
     void fadeTuneControllerIn();
     // Tears the view down and leaves the strip empty; the dependent windows stay.
     void releaseControlls();
-    // The view reaches the strip (the status item's content); a length of 0 empties it.
+    // Puts the view into the strip at the length; a length of 0 empties it.
     void tuneControllerChange(OXTuneControllerView *view, int newLength);
 
     // The star control's action: the Alt key rates the album.
