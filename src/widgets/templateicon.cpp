@@ -6,6 +6,7 @@
 #include <QSvgRenderer>
 
 #include <cmath>
+#include <memory>
 
 // The stars live in this static library's resource, which the linker would drop unless
 // something refers to it. Outside any namespace, as the registration function is global.
@@ -23,18 +24,17 @@ namespace {
 QSvgRenderer *renderer(const QString &resource)
 {
     registerWidgetIcons();
-    // Parsed once per resource: the strip repaints often.
-    static QHash<QString, QSvgRenderer *> renderers;
+    // Parsed once per resource: the strip repaints often. A resource that cannot be read is
+    // kept as null, so it is not parsed again either.
+    static QHash<QString, std::shared_ptr<QSvgRenderer>> renderers;
     auto found = renderers.constFind(resource);
     if (found != renderers.constEnd())
-        return *found;
-    auto *made = new QSvgRenderer(resource);
-    if (!made->isValid()) {
-        delete made;
-        made = nullptr;
-    }
+        return found->get();
+    auto made = std::make_shared<QSvgRenderer>(resource);
+    if (!made->isValid())
+        made.reset();
     renderers.insert(resource, made);
-    return made;
+    return made.get();
 }
 
 } // namespace
