@@ -116,7 +116,8 @@ def find_panel():
 
 
 def click(x, y):
-    subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True)
+    # The X server takes the move and the click in order, so the click lands where it moved to.
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True)
 
 
 def library_rating(env, location):
@@ -184,6 +185,17 @@ def main():
         click(x + NEXT_X, middle)
         wait_until("mpv on the second track", lambda: mpv.get("playlist-pos") == 1)
         print("ok: next moves mpv to the second track")
+
+        # Held for a second, next seeks forward instead, and the track stays.
+        start = mpv.get("time-pos") or 0
+        subprocess.run(["xdotool", "mousemove", str(x + NEXT_X), str(middle), "mousedown", "1"], check=True)
+        held = time.monotonic()
+        wait_until("mpv seeking forward", lambda: (mpv.get("time-pos") or 0) >= start + 9)
+        # A seek jumps; playing on would take as long as it advanced.
+        check((mpv.get("time-pos") or 0) - start > time.monotonic() - held + 5, "no seek, the track only played on")
+        subprocess.run(["xdotool", "mouseup", "1"], check=True)
+        check(mpv.get("playlist-pos") == 1, "a hold on next changed the track")
+        print("ok: holding next seeks forward in the same track")
 
         click(x + PLAY_X, middle)
         wait_until("mpv paused", lambda: mpv.get("pause") is True)
