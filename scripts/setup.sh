@@ -9,7 +9,7 @@ packages=(
   g++ cmake ninja-build pkg-config ccache
   libgtest-dev libgmock-dev
   libicu-dev libxml2-dev libsqlite3-dev
-  qt6-base-dev libqt6sql6-sqlite qt6-image-formats-plugins
+  qt6-base-dev libqt6sql6-sqlite qt6-image-formats-plugins qt6-svg-dev
   libtag1-dev libplist-dev qtkeychain-qt6-dev libsecret-1-0
   libx11-dev libxcb1-dev libxkbcommon-dev libxkbcommon-x11-dev xkb-data
   fonts-dejavu-core gnome-keyring dbus

@@ -1,9 +1,10 @@
 #include "applicationmenu.h"
 
 #include "additions/localizedstrings.h"
+#include "controller/gui/controllericons.h"
+#include "widgets/templateicon.h"
 
 #include <QApplication>
-#include <QStyle>
 
 ApplicationMenu::ApplicationMenu(Actions actions, QObject *parent)
     : QObject(parent), actions_(std::move(actions))
@@ -17,6 +18,7 @@ ApplicationMenu::ApplicationMenu(Actions actions, QObject *parent)
     };
     add(tr("Library…"), actions_.showLibrary);
     add(tr("Organizer…"), actions_.showOrganizer);
+    add(tr("Controller Panel…"), actions_.showControllerPanel);
     add(tr("Show Artist in Store"), actions_.showArtistInStore);
     menu_.addSeparator();
     add(tr("Orvane Help"), actions_.showHelp);
@@ -25,7 +27,10 @@ ApplicationMenu::ApplicationMenu(Actions actions, QObject *parent)
     menu_.addSeparator();
     add(tr("Quit Orvane"), actions_.quit);
 
-    tray_.setIcon(QApplication::style()->standardIcon(QStyle::SP_MediaPlay));
+    QIcon icon;
+    for (const int side : {16, 22, 24, 32, 48, 64})
+        icon.addPixmap(TemplateIcon::pixmap(ControllerIcons::path("tray"), QSizeF(side, side), 1.0, QColor()));
+    tray_.setIcon(icon);
     tray_.setToolTip(QStringLiteral("Orvane"));
     tray_.setContextMenu(&menu_);
 }

@@ -7,7 +7,7 @@
 #include <functional>
 
 // The program's menu in the desktop's system tray, where there is one: the library window, the
-// organizer, the playing artist in the store, the website, the update check and quitting. Until the controller strip exists it is the way into the windows in
+// organizer, the status strip's panel, the playing artist in the store, the website, the update check and quitting. Until the controller strip exists it is the way into the windows in
 // default mode; the organizer window reaches the library through its own toolbar.
 class ApplicationMenu : public QObject
 {
@@ -17,6 +17,8 @@ public:
     {
         std::function<void()> showLibrary;
         std::function<void()> showOrganizer;
+        // The status strip's panel, as its menu button drops it.
+        std::function<void()> showControllerPanel;
         std::function<void()> showArtistInStore;
         std::function<void()> showHelp;
         std::function<void()> showSupport;

@@ -1,4 +1,5 @@
 #include "applicationmenu.h"
+#include "controllerwiring.h"
 #include "playerwiring.h"
 #include "quitsignals.h"
 
@@ -113,9 +114,11 @@ int main(int argc, char *argv[])
         hooks.yourTunes = [&controller] { return controller.yourTunes(); };
         return std::make_shared<GlobalHotkeyListener>(std::move(hooks), createX11HotkeyGrabber());
     };
+    wireDesktopController(services, controller);
 
     ApplicationMenu menu({[&libraryWindow] { libraryWindow.showWindow(); },
                           [&controller] { controller.clickNavigationMenuFunctionPool(); },
+                          [&controller] { controller.clickNavigationMenu(); },
                           [&controller, &serverUi] {
                               // The store search blocks for up to 3 s: off the main thread.
                               const QString artist = controller.yourTunes().currentTrack().get().artist();

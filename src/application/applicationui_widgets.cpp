@@ -28,8 +28,9 @@ QWidget *frontWindow()
 {
     if (QWidget *active = QApplication::activeWindow())
         return active;
+    // The status strip never takes the focus, so it is never the window to bring forward.
     for (QWidget *widget : QApplication::topLevelWidgets())
-        if (widget->isVisible() && widget->isWindow())
+        if (widget->isVisible() && widget->isWindow() && !widget->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus))
             return widget;
     return nullptr;
 }

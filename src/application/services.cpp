@@ -2,7 +2,8 @@
 
 namespace {
 
-// Holds the controller's state and shows nothing; the status strip replaces it.
+// Holds the controller's state and shows nothing: the controller of a program without a
+// status strip (the maker unset).
 class PlaceholderTuneController : public TuneController
 {
 public:
@@ -31,6 +32,8 @@ private:
 
 std::shared_ptr<TuneController> ProgramServiceFactory::createTuneController()
 {
+    if (tuneControllerMaker)
+        return tuneControllerMaker();
     return std::make_shared<PlaceholderTuneController>();
 }
 

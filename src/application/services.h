@@ -104,6 +104,8 @@ public:
     // Settings of the window's own preferences object.
     virtual void setPrefDisplayTime(double seconds) = 0;
     virtual void setPrefFadeTimeOut(double seconds) = 0;
+    // The ratings shown are read again (the controller just rated or loved the track).
+    virtual void updateRatings() {}
 };
 
 class TrackLyricsWindowController : public WindowController
@@ -221,9 +223,8 @@ struct FunctionPoolWindowHooks
     std::function<void()> openLibraryWindow;
 };
 
-// The factory of the program as far as it is built: a placeholder controller that is always
-// visible stands in for the status strip, and everything else is absent. Main thread; made and
-// filled in by the program's main.
+// The factory of the program as far as it is built: what the program sets a maker for, and
+// everything else absent. Main thread; made and filled in by the program's main.
 class ProgramServiceFactory : public ServiceFactory
 {
 public:
@@ -241,6 +242,10 @@ public:
     std::function<std::shared_ptr<OVCurrentTrackAction>()> currentTrackActionMaker;
     std::function<std::shared_ptr<RatingNotifierController>()> ratingNotifierMaker;
     std::function<std::shared_ptr<HotkeyListener>()> hotkeyListenerMaker;
+    // The status strip and its navigation panel are widgets too; without a maker the controller
+    // is a placeholder that shows nothing, and there is no panel.
+    std::function<std::shared_ptr<TuneController>()> tuneControllerMaker;
+    std::function<std::shared_ptr<TuneControllerNavigatonWindowController>()> navigationWindowMaker;
 
     std::shared_ptr<TuneController> createTuneController() override;
     std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
@@ -262,7 +267,7 @@ public:
     std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() override;
     std::shared_ptr<TuneControllerNavigatonWindowController> createNavigationWindowController() override
     {
-        return nullptr;
+        return navigationWindowMaker ? navigationWindowMaker() : nullptr;
     }
     std::shared_ptr<AppPreferencesWindowController> createPreferencesWindowController() override
     {

@@ -151,7 +151,8 @@ void MprisPlayer::perform(Command command)
             callPlayer(QStringLiteral("Previous"));
         return;
     case Command::resume:
-        callPlayer(QStringLiteral("Play"));
+        // Leaves fast forward or rewind; both are single seeks here, so there is nothing to
+        // leave. Never Play: the controller sends resume after every click, pause included.
         return;
     case Command::fastForward:
         callPlayer(QStringLiteral("Seek"), {microseconds(kSeekStepSeconds)});

@@ -165,7 +165,7 @@ TEST_F(MprisPlayerTest, FollowsTheFirstPlayerThatAppearsAndNotifiesItsStates)
     EXPECT_EQ(app.playerState(), kPSp);
 
     infos.clear();
-    app.resume();
+    app.playpause();
     ASSERT_FALSE(waitForInfo(infos, inState("Playing")).isEmpty());
 
     infos.clear();

@@ -1,0 +1,7 @@
+#include "widgets/drawnotificationcenter.h"
+
+DrawNotificationCenter &DrawNotificationCenter::defaultCenter()
+{
+    static DrawNotificationCenter center;
+    return center;
+}
