@@ -14,6 +14,7 @@
 #include "pool/gui/functionsheetregistry.h"
 #include "pool/gui/organizerwindowcontroller.h"
 #include "pool/poolfunctionregistry.h"
+#include "services/lastfm/lastfmwebscrobbler.h"
 #include "services/server/gui/servermessagesui_widgets.h"
 #include "services/server/ovlink.h"
 #include "services/server/servermessages.h"
@@ -66,6 +67,8 @@ int main(int argc, char *argv[])
     WidgetServerMessagesUi serverUi(ui);
     ProgramServiceFactory services;
     services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
+    services.lastFMScrobblerMaker = [] { return std::make_shared<LastFMWebScrobbler>(); };
+    services.lastFMUserNameReader = [] { return LastFMScrobblerPreferences().prefUserName(); };
     services.functionPoolWindowMaker = [&functions, &sheets](const FunctionPoolWindowHooks &hooks) {
         return std::make_shared<OrganizerWindowController>(hooks, functions, sheets);
     };

@@ -76,7 +76,7 @@ public:
     void doLaunchErrorMessage() { launch_.doLaunchErrorMessage(); }
     void doLaunchCheck() { launch_.doLaunchCheck(); }
     void doSystemCheck() { launch_.doSystemCheck(); }
-    static QString operatingSystemVersionString() { return ::operatingSystemVersionString(); }
+    static QString operatingSystemVersionString() { return ::operatingSystemNameAndRelease(); }
     void launchInDefaultMode() { launch_.launchInDefaultMode(); }
     void launchInOrganizeMode() { launch_.launchInOrganizeMode(); }
     bool transformProcessWorkaroundA() { return launch_.transformProcessWorkaroundA(); }

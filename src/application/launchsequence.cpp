@@ -18,7 +18,7 @@ constexpr double kLastFMMessageDelaySeconds = 0.5;
 
 } // namespace
 
-QString operatingSystemVersionString()
+QString operatingSystemNameAndRelease()
 {
     return QSysInfo::productType() + QLatin1Char(' ') + QSysInfo::productVersion();
 }
@@ -95,7 +95,7 @@ void LaunchSequence::doLaunchCheck()
 
 void LaunchSequence::doSystemCheck()
 {
-    const QString system = operatingSystemVersionString();
+    const QString system = operatingSystemNameAndRelease();
     for (const QString &supported : Configuration::list(QStringLiteral("SupportedSystems")))
         if (system == supported || system.startsWith(supported + QLatin1Char('.')))
             return;

@@ -9,7 +9,7 @@ class AppController;
 class QThread;
 
 // "distribution release" as QSysInfo names them, "debian 12".
-QString operatingSystemVersionString();
+QString operatingSystemNameAndRelease();
 
 // The program's start after the settings are read: the launch thread (server document, launch
 // and update checks, system check) and the start in default or organize mode. Main thread,

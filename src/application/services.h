@@ -235,10 +235,16 @@ public:
     FunctionPoolWindowHooks functionPoolWindowHooks;
     // The server and its links live in a module above this one; the program sets the maker.
     std::function<std::shared_ptr<AppLinks>()> appLinksMaker;
+    // So does the Last.fm scrobbler, with its preferences' user name for when none exists.
+    std::function<std::shared_ptr<LastFMScrobbler>()> lastFMScrobblerMaker;
+    std::function<QString()> lastFMUserNameReader;
 
     std::shared_ptr<TuneController> createTuneController() override;
-    std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
-    QString lastFMPreferencesUserName() override { return {}; }
+    std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override
+    {
+        return lastFMScrobblerMaker ? lastFMScrobblerMaker() : nullptr;
+    }
+    QString lastFMPreferencesUserName() override { return lastFMUserNameReader ? lastFMUserNameReader() : QString(); }
     std::shared_ptr<RatingNotifierController> createRatingNotifierController() override { return nullptr; }
     std::shared_ptr<HotkeyListener> createHotkeyListener() override { return nullptr; }
     std::shared_ptr<OVCurrentTrackAction> createCurrentTrackAction() override { return nullptr; }
