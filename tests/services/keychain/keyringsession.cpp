@@ -2,55 +2,36 @@
 
 #include "localhttpserver.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMetaType>
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
 
 #include <dlfcn.h>
 
 namespace {
 
 constexpr int kGuardMs = 30000;
-const QString kConnectionName = QStringLiteral("keyring-session");
-const QString kSecrets = QStringLiteral("org.freedesktop.secrets");
+bool sessionStarted = false;
 
-// A bus with no service activation: nothing answers on it but what a test starts itself (the
-// standard session bus would start a keyring daemon, or a password prompt, on demand).
+// No <servicedir>: the standard session bus would start a keyring daemon, or a password
+// prompt, on demand, and nothing may answer here but what the test starts.
 const char kBusConfiguration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <type>session</type>
-  <listen>unix:tmpdir=/tmp</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
+<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>
+  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
+  <allow own="*"/></policy></busconfig>
 )";
 
-// GLib's shared session connection (libsecret's) ends the process with SIGTERM when its bus
-// goes away, which the bus of a test does at the end of the test. Its headers are not
-// installed, so the one switch is reached through the loaded library.
+// GLib's shared session connection (libsecret's) raises SIGTERM in the process when its bus
+// goes away, as a test's bus does at the end. GLib's headers are not installed, so the switch
+// is reached through the loaded library; the reference is kept, or the connection would go.
 void keepProcessWhenBusCloses()
 {
-    using GetBus = void *(*)(int busType, void *cancellable, void **error);
-    using SetExitOnClose = void (*)(void *connection, int exitOnClose);
     void *gio = dlopen("libgio-2.0.so.0", RTLD_NOW | RTLD_GLOBAL);
-    if (!gio)
-        return;
-    const auto getBus = reinterpret_cast<GetBus>(dlsym(gio, "g_bus_get_sync"));
-    const auto setExitOnClose = reinterpret_cast<SetExitOnClose>(dlsym(gio, "g_dbus_connection_set_exit_on_close"));
-    if (!getBus || !setExitOnClose)
-        return;
-    // The reference is kept: the shared connection lives only while someone holds it.
+    const auto getBus = reinterpret_cast<void *(*)(int, void *, void **)>(gio ? dlsym(gio, "g_bus_get_sync") : nullptr);
+    const auto setExitOnClose =
+        reinterpret_cast<void (*)(void *, int)>(gio ? dlsym(gio, "g_dbus_connection_set_exit_on_close") : nullptr);
     constexpr int kSessionBus = 2; // G_BUS_TYPE_SESSION
-    if (void *connection = getBus(kSessionBus, nullptr, nullptr))
+    if (void *connection = getBus && setExitOnClose ? getBus(kSessionBus, nullptr, nullptr) : nullptr)
         setExitOnClose(connection, 0);
 }
 
@@ -64,8 +45,6 @@ void stop(QProcess &process)
     process.waitForFinished();
 }
 
-bool sessionStarted = false;
-
 } // namespace
 
 bool KeyringSession::usedInThisProcess()
@@ -76,33 +55,24 @@ bool KeyringSession::usedInThisProcess()
 KeyringSession::~KeyringSession()
 {
     stop(keyring_);
-    QDBusConnection::disconnectFromBus(kConnectionName);
+    QDBusConnection::disconnectFromBus(QStringLiteral("keyring-session"));
     stop(bus_);
 }
 
 bool KeyringSession::startBus(QString *error)
 {
-    if (!configuration_.open()) {
-        *error = QStringLiteral("no temporary file for the bus configuration");
-        return false;
-    }
+    sessionStarted = true;
+    configuration_.open();
     configuration_.write(kBusConfiguration);
     configuration_.flush();
-    bus_.start(QStringLiteral("dbus-daemon"),
-               {"--config-file=" + configuration_.fileName(), "--nofork", "--print-address"});
-    if (!bus_.waitForStarted()) {
-        *error = QStringLiteral("dbus-daemon did not start: ") + bus_.errorString();
-        return false;
-    }
+    bus_.start(QStringLiteral("dbus-daemon"), {"--config-file=" + configuration_.fileName(), "--nofork", "--print-address"});
     while (!bus_.canReadLine()) {
         if (!bus_.waitForReadyRead(kGuardMs)) {
-            *error = QStringLiteral("dbus-daemon printed no address");
+            *error = QStringLiteral("dbus-daemon printed no address: ") + bus_.errorString();
             return false;
         }
     }
-    sessionStarted = true;
-    address_ = bus_.readLine().trimmed();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", address_);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus_.readLine().trimmed());
     keepProcessWhenBusCloses();
     return true;
 }
@@ -111,42 +81,14 @@ bool KeyringSession::startKeyring(QString *error)
 {
     keyring_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     keyring_.start(QStringLiteral("gnome-keyring-daemon"), {"--foreground", "--unlock", "--components=secrets"});
-    if (!keyring_.waitForStarted()) {
-        *error = QStringLiteral("gnome-keyring-daemon did not start: ") + keyring_.errorString();
-        return false;
-    }
     // --unlock reads the password up to the end of its input.
-    keyring_.write(kPassword);
+    keyring_.write("keyring-test-password");
     keyring_.closeWriteChannel();
-    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromUtf8(address_), kConnectionName);
-    const bool serving = waitUntil(
-        [&] { return keyring_.state() == QProcess::NotRunning || bus.interface()->isServiceRegistered(kSecrets); },
-        kGuardMs);
-    if (!serving || keyring_.state() == QProcess::NotRunning) {
-        *error = QStringLiteral("gnome-keyring-daemon does not serve the Secret Service");
-        return false;
-    }
-    return true;
-}
-
-bool KeyringSession::lockKeyring(QString *error)
-{
-    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromUtf8(address_), kConnectionName);
-    QDBusMessage collections = QDBusMessage::createMethodCall(kSecrets, "/org/freedesktop/secrets",
-                                                              "org.freedesktop.DBus.Properties", "Get");
-    collections << QStringLiteral("org.freedesktop.Secret.Service") << QStringLiteral("Collections");
-    const QDBusMessage found = bus.call(collections);
-    if (found.type() != QDBusMessage::ReplyMessage) {
-        *error = found.errorMessage();
-        return false;
-    }
-    QDBusMessage lock = QDBusMessage::createMethodCall(kSecrets, "/org/freedesktop/secrets",
-                                                       "org.freedesktop.Secret.Service", "Lock");
-    const QDBusArgument paths = found.arguments().value(0).value<QDBusVariant>().variant().value<QDBusArgument>();
-    lock << QVariant::fromValue(qdbus_cast<QList<QDBusObjectPath>>(paths));
-    const QDBusMessage locked = bus.call(lock);
-    if (locked.type() != QDBusMessage::ReplyMessage) {
-        *error = locked.errorMessage();
+    QDBusConnection bus =
+        QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("keyring-session"));
+    const auto serving = [&] { return bus.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.secrets")).value(); };
+    if (!waitUntil([&] { return keyring_.state() == QProcess::NotRunning || serving(); }, kGuardMs) || !serving()) {
+        *error = QStringLiteral("gnome-keyring-daemon does not serve the Secret Service: ") + keyring_.errorString();
         return false;
     }
     return true;

@@ -14,34 +14,29 @@
 
 namespace {
 
-// Session items by service and account, with a switch that makes the keyring refuse.
-class MemoryKeychain : public KeychainStore
+// Items by service and account; "refuse" makes it fail as a locked keyring does.
+struct MemoryKeychain : KeychainStore
 {
-public:
     Answer read(const QString &service, const QString &account) override
     {
-        if (refuse)
-            return {KeychainStatus::Refused, {}, "refused"};
         const auto found = items.constFind({service, account});
-        return found == items.cend() ? Answer{KeychainStatus::NotFound, {}, "none"}
-                                     : Answer{KeychainStatus::Success, *found, {}};
+        return refuse ? Answer{KeychainStatus::Refused} : found == items.cend() ? Answer{KeychainStatus::NotFound}
+                                                                               : Answer{KeychainStatus::Success, *found};
     }
     Answer write(const QString &service, const QString &account, const QString &password) override
     {
-        if (refuse)
-            return {KeychainStatus::Refused, {}, "refused"};
-        items.insert({service, account}, password);
-        return {KeychainStatus::Success, {}, {}};
+        if (!refuse)
+            items.insert({service, account}, password);
+        return {refuse ? KeychainStatus::Refused : KeychainStatus::Success};
     }
     Answer remove(const QString &service, const QString &account) override
     {
-        return items.remove({service, account}) ? Answer{KeychainStatus::Success, {}, {}}
-                                                 : Answer{KeychainStatus::NotFound, {}, "none"};
+        return {items.remove({service, account}) ? KeychainStatus::Success : KeychainStatus::NotFound};
     }
     std::optional<QString> sessionKey() const
     {
-        const auto found = items.constFind({LastFMWebScrobbler::keychainService(), LastFMWebScrobbler::keychainAccount()});
-        return found == items.cend() ? std::nullopt : std::optional<QString>(*found);
+        const auto key = qMakePair(LastFMWebScrobbler::keychainService(), LastFMWebScrobbler::keychainAccount());
+        return items.contains(key) ? std::optional<QString>(items.value(key)) : std::nullopt;
     }
     QMap<QPair<QString, QString>, QString> items;
     bool refuse = false;
@@ -59,6 +54,10 @@ protected:
     void storeSessionKey(const QString &key = LastFmServer::kSessionKey)
     {
         keychain->items.insert({LastFMWebScrobbler::keychainService(), LastFMWebScrobbler::keychainAccount()}, key);
+    }
+    static void writeSettings(const QVariantMap &settings)
+    {
+        PropertyList::write(AppPreferences::locationToPreferences(PreferenceLocation::LastFm), settings);
     }
     std::unique_ptr<LastFMWebScrobbler> makeScrobbler(int delayMs = 3000)
     {
@@ -93,8 +92,7 @@ TEST_F(ScrobblerTest, ScrobblesOnlyPastThirtySecondsAndTheShareWithItsGrace)
     };
     storeSessionKey();
     for (const Row &row : rows) {
-        PropertyList::write(AppPreferences::locationToPreferences(PreferenceLocation::LastFm),
-                               QVariantMap{{"ScrobbleValue", row.percentInFile}, {"UserName", QByteArray("listener")}});
+        writeSettings({{"ScrobbleValue", row.percentInFile}, {"UserName", QByteArray("listener")}});
         const auto scrobbler = makeScrobbler();
         EXPECT_EQ(scrobbler->yourPreferences().prefScrobblePercentValue(), std::max(row.percentInFile, 50.0));
         play("Song", row.duration);
@@ -190,8 +188,7 @@ TEST_F(ScrobblerTest, StartUpKeepsOnlyAStoredKeyOfThirtyTwoCharacters)
         EXPECT_EQ(scrobbler->yourScrobbleState(), LastFMWebScrobbler::NotConnected);
         EXPECT_FALSE(scrobbler->isSessionKeyValid());
     }
-    PropertyList::write(AppPreferences::locationToPreferences(PreferenceLocation::LastFm),
-                           QVariantMap{{"UserName", QByteArray("listener")}});
+    writeSettings({{"UserName", QByteArray("listener")}});
     EXPECT_FALSE(makeScrobbler()->isSessionKeyValid());
     EXPECT_EQ(makeScrobbler()->yourScrobbleState(), 0) << "no lookup of the state before it is asked";
     auto asked = makeScrobbler();
@@ -324,14 +321,14 @@ TEST_F(ScrobblerTest, AuthorisationStoresTheSessionAndAFailureLosesTheOldOne)
 
     // A key of the wrong length, or no token in the answer, is no session.
     scrobbler->fetchAuthToken();
-    server.respond("auth.getSession", LastFmServer::xml("<lfm status=\"ok\"><session><key>short</key></session></lfm>"));
+    server.respond("auth.getSession", LastFmServer::session("short"));
     EXPECT_FALSE(scrobbler->fetchNewSessionKey());
     server.respond("auth.getToken", LastFmServer::xml("<lfm status=\"ok\"></lfm>"));
     EXPECT_TRUE(scrobbler->fetchAuthURL().isEmpty());
 
     // A keyring that refuses still leaves the session for this run.
-    server.respond("auth.getToken", LastFmServer::xml(QByteArray("<lfm status=\"ok\"><token>") + QByteArray(32, 'u') + "</token></lfm>"));
-    server.respond("auth.getSession", LastFmServer::xml(QByteArray("<lfm status=\"ok\"><session><key>") + LastFmServer::kSessionKey + "</key></session></lfm>"));
+    server.respond("auth.getToken", LastFmServer::xml("<lfm status=\"ok\"><token>" + QByteArray(32, 'u') + "</token></lfm>"));
+    server.respond("auth.getSession", LastFmServer::session(LastFmServer::kSessionKey));
     keychain->refuse = true;
     scrobbler->fetchAuthToken();
     EXPECT_TRUE(scrobbler->fetchNewSessionKey());

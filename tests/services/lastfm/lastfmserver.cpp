@@ -27,6 +27,11 @@ ScriptedResponse LastFmServer::failed(int code, const QByteArray &text)
                + QByteArray::number(code) + "\">" + text + "</error></lfm>");
 }
 
+ScriptedResponse LastFmServer::session(const QByteArray &key)
+{
+    return xml("<lfm status=\"ok\"><session><name>listener</name><key>" + key + "</key></session></lfm>");
+}
+
 void LastFmServer::respond(const QString &method, const ScriptedResponse &response)
 {
     QMutexLocker lock(&mutex_);
@@ -59,8 +64,7 @@ ScriptedResponse LastFmServer::answer(const RecordedRequest &request)
     if (call.method == "auth.getToken")
         return xml(QByteArray("<lfm status=\"ok\"><token>") + kToken + "</token></lfm>");
     if (call.method == "auth.getSession")
-        return xml(QByteArray("<lfm status=\"ok\"><session><name>listener</name><key>") + kSessionKey
-                   + "</key><subscriber>0</subscriber></session></lfm>");
+        return session(kSessionKey);
     return xml("<lfm status=\"ok\"></lfm>");
 }
 

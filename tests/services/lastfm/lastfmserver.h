@@ -32,6 +32,7 @@ public:
     void respond(const QString &method, const ScriptedResponse &response);
     static ScriptedResponse xml(const QByteArray &document) { return ScriptedResponse::text(document, "text/xml"); }
     static ScriptedResponse failed(int code, const QByteArray &text);
+    static ScriptedResponse session(const QByteArray &key);
 
     QList<Call> calls() const;
     QList<Call> calls(const QString &method) const;
