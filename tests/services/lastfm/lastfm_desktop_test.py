@@ -6,7 +6,9 @@ its start. Pausing the second before its share is reached sends no scrobble."""
 import hashlib
 import http.server
 import os
+import platform
 import plistlib
+import shutil
 import signal
 import subprocess
 import sys
@@ -24,27 +26,26 @@ TRACK_SECONDS = 40
 
 
 class Calls:
+    """The calls the stand-in received: (parameters, signature ok), with waiting on them."""
+
     def __init__(self):
-        self.lock = threading.Condition()
-        self.list = []  # (seconds since 1970 when received, parameters, signature ok)
+        self.lock, self.list = threading.Condition(), []
 
     def add(self, call):
         with self.lock:
             self.list.append(call)
             self.lock.notify_all()
 
-    def wait_for(self, predicate, what):
+    def wait_for(self, method, track):
         with self.lock:
-            if not self.lock.wait_for(lambda: predicate(self.list), timeout=GUARD):
-                raise AssertionError(f"no {what}; calls: {self.describe()}")
+            if not self.lock.wait_for(lambda: track in [p.get("track") for p in self.of(method)], GUARD):
+                raise AssertionError(f"no {method} of {track}; calls: {self.describe()}")
 
     def of(self, method):
-        with self.lock:
-            return [parameters for _, parameters, _ in self.list if parameters.get("method") == method]
+        return [parameters for parameters, _ in self.list if parameters.get("method") == method]
 
     def describe(self):
-        return [(int(at), parameters.get("method"), parameters.get("track", parameters.get("track[0]")))
-                for at, parameters, _ in self.list]
+        return [(p.get("method"), p.get("track", p.get("track[0]"))) for p, _ in self.list]
 
 
 def serve(calls):
@@ -54,7 +55,7 @@ def serve(calls):
             parameters = dict(urllib.parse.parse_qsl(body, keep_blank_values=True))
             signed = "".join(k + v for k, v in sorted(parameters.items()) if k != "api_sig") + SECRET
             ok = hashlib.md5(signed.encode()).hexdigest() == parameters.get("api_sig")
-            calls.add((time.time(), parameters, ok))
+            calls.add((parameters, ok))
             method = parameters.get("method")
             if not ok:
                 reply = '<lfm status="failed"><error code="13">Invalid method signature supplied</error></lfm>'
@@ -84,11 +85,9 @@ def check(condition, message):
         raise AssertionError(message)
 
 
-def bus_has(name):
-    result = subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
-                             "org.freedesktop.DBus.NameHasOwner", f"string:{name}"],
-                            capture_output=True, text=True)
-    return "boolean true" in result.stdout
+def bus_call(destination, path, method, *arguments):
+    return subprocess.run(["dbus-send", "--session", "--print-reply", f"--dest={destination}", path, method]
+                          + list(arguments), capture_output=True, text=True).stdout
 
 
 def wait_until(condition, what):
@@ -119,7 +118,8 @@ def inner(orvane, cli, version):
         started.append(keyring)
         keyring.stdin.write(b"keyring-password")
         keyring.stdin.close()
-        wait_until(lambda: bus_has("org.freedesktop.secrets"), "the keyring on the bus")
+        wait_until(lambda: "true" in bus_call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.NameHasOwner",
+                                              "string:org.freedesktop.secrets"), "the keyring on the bus")
 
         connect = subprocess.run([cli, "--offline", "lastfm", "connect", "--user", "listener"], env=env,
                                  input="\n", capture_output=True, text=True, timeout=GUARD)
@@ -152,22 +152,18 @@ def inner(orvane, cli, version):
         began = time.time()
         started.append(player)
 
-        def playing(title):
-            return lambda calls_: any(p.get("method") == "track.updateNowPlaying" and p.get("track") == title
-                                      for _, p, _ in calls_)
-        calls.wait_for(playing("Track 1"), "now playing of track 1")
-        calls.wait_for(playing("Track 2"), "now playing of track 2")
+        calls.wait_for("track.updateNowPlaying", "Track 1")
+        calls.wait_for("track.updateNowPlaying", "Track 2")
         # Paused long before its share: the second track must not be scrobbled, then or at the quit.
-        subprocess.run(["dbus-send", "--session", "--type=method_call", "--dest=org.mpris.MediaPlayer2.mpv",
-                        "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player.Pause"], check=True)
-        wait_until(lambda: "Paused" in subprocess.run(
-            ["dbus-send", "--session", "--print-reply", "--dest=org.mpris.MediaPlayer2.mpv", "/org/mpris/MediaPlayer2",
-             "org.freedesktop.DBus.Properties.Get", "string:org.mpris.MediaPlayer2.Player",
-             "string:PlaybackStatus"], capture_output=True, text=True).stdout, "mpv to pause")
+        mpv = ("org.mpris.MediaPlayer2.mpv", "/org/mpris/MediaPlayer2")
+        bus_call(*mpv, "org.mpris.MediaPlayer2.Player.Pause")
+        wait_until(lambda: "Paused" in bus_call(*mpv, "org.freedesktop.DBus.Properties.Get",
+                                                "string:org.mpris.MediaPlayer2.Player", "string:PlaybackStatus"),
+                   "mpv to pause")
         program.send_signal(signal.SIGTERM)
         program.wait(timeout=GUARD)
 
-        check(all(ok for _, _, ok in calls.list), f"a call was not signed right: {calls.describe()}")
+        check(all(ok for _, ok in calls.list), f"a call was not signed right: {calls.describe()}")
         scrobbles = calls.of("track.scrobble")
         check(len(scrobbles) == 1, f"scrobbles: {scrobbles}")
         scrobble = scrobbles[0]
@@ -189,18 +185,13 @@ def inner(orvane, cli, version):
                 except subprocess.TimeoutExpired:
                     process.kill()
         server.shutdown()
+        shutil.rmtree(root, ignore_errors=True)
 
 
 def current_system():
-    fields = {}
-    try:
-        with open("/etc/os-release") as file:
-            for line in file:
-                key, _, value = line.strip().partition("=")
-                fields[key] = value.strip('"')
-    except OSError:
-        pass
-    return f"{fields.get('ID', 'unknown')} {fields.get('VERSION_ID', 'unknown')}"
+    # As QSysInfo names it, so that no "unsupported system" alert comes up.
+    release = platform.freedesktop_os_release()
+    return f"{release.get('ID', 'unknown')} {release.get('VERSION_ID', 'unknown')}"
 
 
 if __name__ == "__main__":
