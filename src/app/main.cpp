@@ -67,7 +67,7 @@ int main(int argc, char *argv[])
     WidgetServerMessagesUi serverUi(ui);
     ProgramServiceFactory services;
     services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
-    services.lastFMScrobblerMaker = [] { return std::make_shared<LastFMWebScrobbler>(); };
+    services.lastFMScrobblerMaker = [] { return LastFMWebScrobbler::create(); };
     services.lastFMUserNameReader = [] { return LastFMScrobblerPreferences().prefUserName(); };
     services.functionPoolWindowMaker = [&functions, &sheets](const FunctionPoolWindowHooks &hooks) {
         return std::make_shared<OrganizerWindowController>(hooks, functions, sheets);

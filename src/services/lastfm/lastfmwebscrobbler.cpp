@@ -77,6 +77,12 @@ LastFMWebScrobbler::LastFMWebScrobbler(Environment environment, QObject *parent)
     }
 }
 
+std::shared_ptr<LastFMWebScrobbler> LastFMWebScrobbler::create(Environment environment)
+{
+    return std::shared_ptr<LastFMWebScrobbler>(new LastFMWebScrobbler(std::move(environment)),
+                                               [](LastFMWebScrobbler *scrobbler) { scrobbler->deleteLater(); });
+}
+
 LastFMWebScrobbler::~LastFMWebScrobbler()
 {
     yourTunes_.setDelegate(nullptr);
@@ -109,6 +115,7 @@ void LastFMWebScrobbler::scrobbleTimerCancel()
 
 void LastFMWebScrobbler::scrobbleTrackNow()
 {
+    const auto alive = keepAlive();
     guarded([this] {
         scrobbleTimerCancel();
         if (!AppToDo::isITunesRunning() || yourTunes_.playerState() == kPSS)
@@ -158,6 +165,7 @@ LastFMParameters LastFMWebScrobbler::trackParameters(const TrackInfo &info, cons
 
 void LastFMWebScrobbler::scrobbleSubmission()
 {
+    const auto alive = keepAlive();
     if (!isSessionKeyValid() || !yourTrackInfo_)
         return;
     const TrackInfo info = *yourTrackInfo_;
@@ -190,6 +198,7 @@ void LastFMWebScrobbler::scrobbleClean()
 
 void LastFMWebScrobbler::scrobbleNowPlayingNotification()
 {
+    const auto alive = keepAlive();
     if (!yourPreferences_.prefNowPlayingNotification() || !isSessionKeyValid() || !yourTrackInfo_)
         return;
     const std::optional<LastFMReply> reply =
@@ -231,6 +240,7 @@ void LastFMWebScrobbler::unloveTrackWithName(const QString &name, const QString 
 
 void LastFMWebScrobbler::sendLove(const QString &method, const QString &name, const QString &artist)
 {
+    const auto alive = keepAlive();
     if (!isSessionKeyValid() || name.isEmpty() || artist.isEmpty())
         return;
     const std::optional<LastFMReply> reply = executeLastFMAction(method, {{"track", name}, {"artist", artist}});
@@ -263,6 +273,7 @@ bool LastFMWebScrobbler::isSessionKeyValid() const
 
 void LastFMWebScrobbler::resetSessionInfos()
 {
+    const auto alive = keepAlive();
     if (const std::unique_ptr<IXKeychainItemGeneric> item = findKeychainItem())
         item->removeFromKeychain();
     yourScrobbleToken_.clear();
@@ -274,6 +285,7 @@ void LastFMWebScrobbler::resetSessionInfos()
 
 QString LastFMWebScrobbler::fetchAuthToken()
 {
+    const auto alive = keepAlive();
     const QString method = QStringLiteral("auth.getToken");
     const std::optional<LastFMReply> reply =
         executeLastFMAction(method, {{"api_key", Configuration::text(Configuration::LastfmApiKey)}});
@@ -305,6 +317,7 @@ QUrl LastFMWebScrobbler::fetchAuthURL()
 
 bool LastFMWebScrobbler::fetchNewSessionKey()
 {
+    const auto alive = keepAlive();
     if (yourScrobbleToken_.isEmpty())
         return false;
     const QString method = QStringLiteral("auth.getSession");
@@ -337,6 +350,7 @@ bool LastFMWebScrobbler::fetchNewSessionKey()
 std::optional<LastFMReply> LastFMWebScrobbler::executeLastFMAction(const QString &method,
                                                                    const LastFMParameters &parameters)
 {
+    const auto alive = keepAlive();
     const QString apiKey = Configuration::text(Configuration::LastfmApiKey);
     const QString secret = Configuration::text(Configuration::LastfmApiSecret);
     // Without the program's key the service cannot be asked at all.

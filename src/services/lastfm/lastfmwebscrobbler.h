@@ -32,7 +32,10 @@ struct LastFMScrobblerEnvironment
 // Main thread. Every web call waits up to five seconds in a nested event loop, so player
 // events can arrive during a call; each step therefore reads the held track afresh. Owned by
 // the application controller while "Use Last.fm" is on; orvane-cli makes one to authorise.
-class LastFMWebScrobbler : public QObject, public LastFMScrobbler, public ScriptingBridgeDelegate
+class LastFMWebScrobbler : public QObject,
+                           public LastFMScrobbler,
+                           public ScriptingBridgeDelegate,
+                           public std::enable_shared_from_this<LastFMWebScrobbler>
 {
     Q_OBJECT
 
@@ -63,6 +66,10 @@ public:
 
     explicit LastFMWebScrobbler(Environment environment = {}, QObject *parent = nullptr);
     ~LastFMWebScrobbler() override;
+    // How the program makes one: it is deleted from the event loop, and never while one of its
+    // calls waits for the service, even when its owner drops it meanwhile (as switching
+    // Last.fm off during a call does).
+    static std::shared_ptr<LastFMWebScrobbler> create(Environment environment = {});
 
     LastFMScrobblerPreferences &yourPreferences() { return yourPreferences_; }
 
@@ -106,6 +113,8 @@ signals:
     void yourScrobbleStateChanged(int state);
 
 private:
+    // Held by every operation that may wait; empty for an object not made by create().
+    std::shared_ptr<LastFMWebScrobbler> keepAlive() { return weak_from_this().lock(); }
     void scrobbleTimerCancel();
     void syncLovedFlag();
     void sendLove(const QString &method, const QString &name, const QString &artist);

@@ -7,6 +7,7 @@
 #include "lastfmserver.h"
 #include "player/memoryplayer.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -333,4 +334,23 @@ TEST_F(ScrobblerTest, AuthorisationStoresTheSessionAndAFailureLosesTheOldOne)
     scrobbler->fetchAuthToken();
     EXPECT_TRUE(scrobbler->fetchNewSessionKey());
     EXPECT_EQ(scrobbler->yourScrobbleState(), LastFMWebScrobbler::Connected);
+}
+
+TEST_F(ScrobblerTest, DroppedDuringACallTheScrobblerGoesOnlyAfterIt)
+{
+    storeSessionKey();
+    std::shared_ptr<LastFMWebScrobbler> owner = LastFMWebScrobbler::create({keychain, {}, 3000, {}});
+    LastFMWebScrobbler *scrobbler = owner.get();
+    bool destroyed = false;
+    QObject::connect(scrobbler, &QObject::destroyed, [&] { destroyed = true; });
+    ScriptedResponse slow = LastFmServer::xml("<lfm status=\"ok\"></lfm>");
+    slow.delayMs = 300;
+    server.respond("track.love", slow);
+    // Switching Last.fm off while the call waits drops the only owner.
+    QTimer::singleShot(50, [&] { owner.reset(); });
+    scrobbler->loveTrackWithName("Song", "Artist");
+    EXPECT_FALSE(destroyed);
+    EXPECT_EQ(server.calls("track.love").size(), 1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(destroyed);
 }
