@@ -18,6 +18,7 @@
 #include "services/currenttrackaction/currenttrackaction.h"
 #include "services/hotkeys/globalhotkeylistener.h"
 #include "services/ratingnotifier/ratingnotifier.h"
+#include "services/lastfm/lastfmwebscrobbler.h"
 #include "services/server/gui/servermessagesui_widgets.h"
 #include "services/server/ovlink.h"
 #include "services/server/servermessages.h"
@@ -72,6 +73,8 @@ int main(int argc, char *argv[])
     ProgramServiceFactory services;
     services.appLinksMaker = [&serverUi] { return std::make_shared<ServerMessages>(serverUi); };
     services.currentTrackActionMaker = [] { return std::make_shared<CurrentTrackAction>(); };
+    services.lastFMScrobblerMaker = [] { return LastFMWebScrobbler::create(); };
+    services.lastFMUserNameReader = [] { return LastFMScrobblerPreferences().prefUserName(); };
     services.functionPoolWindowMaker = [&functions, &sheets](const FunctionPoolWindowHooks &hooks) {
         return std::make_shared<OrganizerWindowController>(hooks, functions, sheets);
     };

@@ -247,9 +247,16 @@ public:
     std::function<std::shared_ptr<TuneController>()> tuneControllerMaker;
     std::function<std::shared_ptr<TuneControllerNavigatonWindowController>()> navigationWindowMaker;
 
+    // And the Last.fm scrobbler, with its preferences' user name for when none exists.
+    std::function<std::shared_ptr<LastFMScrobbler>()> lastFMScrobblerMaker;
+    std::function<QString()> lastFMUserNameReader;
+
     std::shared_ptr<TuneController> createTuneController() override;
-    std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override { return nullptr; }
-    QString lastFMPreferencesUserName() override { return {}; }
+    std::shared_ptr<LastFMScrobbler> createLastFMScrobbler() override
+    {
+        return lastFMScrobblerMaker ? lastFMScrobblerMaker() : nullptr;
+    }
+    QString lastFMPreferencesUserName() override { return lastFMUserNameReader ? lastFMUserNameReader() : QString(); }
     std::shared_ptr<RatingNotifierController> createRatingNotifierController() override
     {
         return ratingNotifierMaker ? ratingNotifierMaker() : nullptr;

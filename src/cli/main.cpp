@@ -1,6 +1,7 @@
 // orvane-cli: the command-line front end. Each command lives in a file of its own; this only
 // dispatches on the first argument.
 #include "additions/appcontext.h"
+#include "cli/lastfmcommand.h"
 #include "cli/librarycommand.h"
 #include "cli/organizecommand.h"
 #include "cli/servercommand.h"
@@ -32,6 +33,8 @@ int main(int argc, char *argv[])
         {QStringLiteral("library"), runLibraryCommand},
         {QStringLiteral("organize"),
          [&context, &functions](const QStringList &rest) { return runOrganizeCommand(rest, context, functions); }},
+        {QStringLiteral("lastfm"),
+         [&context](const QStringList &rest) { return runLastFMCommand(rest, context); }},
         {QStringLiteral("server"), [&download](const QStringList &rest) { return runServerCommand(rest, download); }},
     };
     const auto command = arguments.isEmpty() ? commands.constEnd()

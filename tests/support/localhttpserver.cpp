@@ -87,7 +87,7 @@ private:
                 return;
             *answered = true;
             owner_.record(request);
-            answer(socket, owner_.responseFor(request.path()));
+            answer(socket, owner_.responseFor(request));
         });
         connect(socket, &QTcpSocket::disconnected, socket, [this, socket] {
             if (!socket->property("answerSent").toBool())
@@ -187,9 +187,20 @@ void LocalHttpServer::respond(const QString &path, const ScriptedResponse &respo
     }
 }
 
-ScriptedResponse LocalHttpServer::responseFor(const QString &path) const
+void LocalHttpServer::handle(const QString &path, Handler handler)
 {
     QMutexLocker lock(&mutex_);
+    handlers_.insert(path, std::move(handler));
+}
+
+ScriptedResponse LocalHttpServer::responseFor(const RecordedRequest &request) const
+{
+    const QString path = request.path();
+    QMutexLocker lock(&mutex_);
+    if (const Handler handler = handlers_.value(path)) {
+        lock.unlock();
+        return handler(request);
+    }
     if (responses_.contains(path))
         return responses_.value(path);
     if (hasFallback_)

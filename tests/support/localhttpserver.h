@@ -65,6 +65,10 @@ public:
 
     // The answer for a path (without the query); an empty path sets the answer to all others.
     void respond(const QString &path, const ScriptedResponse &response);
+    // An answer made per request, for servers whose answer depends on what was asked. The
+    // handler runs on the server's thread; it takes precedence over respond() for that path.
+    using Handler = std::function<ScriptedResponse(const RecordedRequest &request)>;
+    void handle(const QString &path, Handler handler);
 
     QList<RecordedRequest> requests() const;
     qsizetype requestCount() const;
@@ -76,12 +80,13 @@ public:
 
 private:
     friend class LocalHttpServerWorker;
-    ScriptedResponse responseFor(const QString &path) const;
+    ScriptedResponse responseFor(const RecordedRequest &request) const;
     void record(const RecordedRequest &request);
     void noteAbandoned();
 
     mutable QMutex mutex_;
     QHash<QString, ScriptedResponse> responses_;
+    QHash<QString, Handler> handlers_;
     ScriptedResponse fallback_;
     bool hasFallback_ = false;
     QList<RecordedRequest> requests_;
