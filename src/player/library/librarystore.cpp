@@ -496,7 +496,8 @@ void LibraryStore::removeTrack(qint64 id)
     QMutexLocker locker(&mutex_);
     const TrackRow track = row(id);
     TransactionGuard transaction(database_);
-    changePlaylists(QStringLiteral("DELETE FROM playlist_tracks WHERE track = ?"), {id});
+    changePlaylists(EntriesTable, QStringLiteral("DELETE FROM playlist_tracks WHERE track = ?"),
+                    {id});
     database_.run(QStringLiteral("DELETE FROM tracks WHERE id = ?"), {id});
     transaction.commit();
     pending_.remove(id);
@@ -708,19 +709,33 @@ const LibraryStore::Playlists &LibraryStore::playlists()
             all.rows.insert(row.id, row);
         }
     }
-    {
-        QueryRun query = database_.run(QStringLiteral(
-            "SELECT playlist, track FROM playlist_tracks ORDER BY playlist, position"));
-        while (query.next())
-            all.entries[query.value(0).toLongLong()].append(query.value(1).toLongLong());
-    }
     playlists_ = std::move(all);
     return *playlists_;
 }
 
-QueryRun LibraryStore::changePlaylists(const QString &statement, const QVariantList &values)
+const QList<qint64> &LibraryStore::playlistEntries(qint64 playlistId)
 {
-    playlists_.reset();
+    static const QList<qint64> none;
+    if (!playlistEntries_ || playlistEntries_->rollbacks != database_.rollbackCount()) {
+        PlaylistEntries all;
+        all.rollbacks = database_.rollbackCount();
+        QueryRun query = database_.run(QStringLiteral(
+            "SELECT playlist, track FROM playlist_tracks ORDER BY playlist, position"));
+        while (query.next())
+            all.tracks[query.value(0).toLongLong()].append(query.value(1).toLongLong());
+        playlistEntries_ = std::move(all);
+    }
+    const auto found = playlistEntries_->tracks.constFind(playlistId);
+    return found == playlistEntries_->tracks.constEnd() ? none : *found;
+}
+
+QueryRun LibraryStore::changePlaylists(int tables, const QString &statement,
+                                       const QVariantList &values)
+{
+    if (tables & PlaylistsTable)
+        playlists_.reset();
+    if (tables & EntriesTable)
+        playlistEntries_.reset();
     return database_.run(statement, values);
 }
 
@@ -774,11 +789,11 @@ QList<qint64> LibraryStore::playlistTrackIds(qint64 id)
         return order_;
     // A folder holds the tracks of the playlists inside it, each once.
     if (list->specialKind != kSpF)
-        return playlists().entries.value(id);
+        return playlistEntries(id);
     QList<qint64> ids;
     QSet<qint64> seen;
     for (qint64 source : descendants(id)) {
-        for (qint64 track : playlists().entries.value(source)) {
+        for (qint64 track : playlistEntries(source)) {
             if (!seen.contains(track))
                 ids.append(track);
             seen.insert(track);
@@ -797,11 +812,13 @@ qint64 LibraryStore::makePlaylist(const QString &name, bool folder, qsizetype in
     // Positions are kept dense and in order, so an index is a position.
     const QList<qint64> ids = userPlaylistIds();
     for (qsizetype i = index; i < ids.size(); ++i)
-        changePlaylists(QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
+        changePlaylists(PlaylistsTable,
+                        QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
                         {i + 1, ids.at(i)});
-    const qint64 id = changePlaylists(QStringLiteral("INSERT INTO playlists (persistentID, name, "
-                                              "specialKind, position) VALUES (?, ?, ?, ?)"),
-                               {persistentID, name, qint64(folder ? kSpF : kNon), index})
+    const qint64 id = changePlaylists(PlaylistsTable,
+                                      QStringLiteral("INSERT INTO playlists (persistentID, name, "
+                                                     "specialKind, position) VALUES (?, ?, ?, ?)"),
+                                      {persistentID, name, qint64(folder ? kSpF : kNon), index})
                           .lastInsertId()
                           .toLongLong();
     transaction.commit();
@@ -811,7 +828,8 @@ qint64 LibraryStore::makePlaylist(const QString &name, bool folder, qsizetype in
 void LibraryStore::renamePlaylist(qint64 id, const QString &name)
 {
     QMutexLocker locker(&mutex_);
-    changePlaylists(QStringLiteral("UPDATE playlists SET name = ? WHERE id = ?"), {name, id});
+    changePlaylists(PlaylistsTable, QStringLiteral("UPDATE playlists SET name = ? WHERE id = ?"),
+                    {name, id});
 }
 
 void LibraryStore::appendToPlaylist(qint64 playlistId, const QList<qint64> &trackIds)
@@ -831,7 +849,8 @@ void LibraryStore::appendToPlaylist(qint64 playlistId, const QList<qint64> &trac
                          {playlistId})
             .toLongLong();
     for (qint64 track : trackIds)
-        changePlaylists(QStringLiteral("INSERT INTO playlist_tracks (playlist, position, track) "
+        changePlaylists(EntriesTable,
+                        QStringLiteral("INSERT INTO playlist_tracks (playlist, position, track) "
                                        "VALUES (?, ?, ?)"),
                         {playlistId, ++position, track});
 }
@@ -847,7 +866,8 @@ void LibraryStore::addTracksToPlaylist(qint64 playlistId, const QList<qint64> &t
 void LibraryStore::removeTrackFromPlaylist(qint64 playlistId, qint64 trackId)
 {
     QMutexLocker locker(&mutex_);
-    changePlaylists(QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ? AND track = ?"),
+    changePlaylists(EntriesTable,
+                    QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ? AND track = ?"),
                     {playlistId, trackId});
 }
 
@@ -863,7 +883,7 @@ qint64 LibraryStore::duplicatePlaylist(qint64 id, qint64 parent)
     const qint64 copy = makePlaylist(original->name, original->specialKind == kSpF,
                                      userPlaylistIds().size());
     TransactionGuard transaction(database_);
-    changePlaylists(QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
+    changePlaylists(PlaylistsTable, QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
                     {parent ? QVariant(parent) : QVariant(), copy});
     appendToPlaylist(copy, tracks);
     transaction.commit();
@@ -879,7 +899,7 @@ void LibraryStore::movePlaylist(qint64 id, qint64 parent)
     if (parent && (parent == id || descendants(id).contains(parent)))
         throwBridgeFailure(kBridgeErrorUnsupported,
                            QStringLiteral("a folder cannot move into itself"));
-    changePlaylists(QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
+    changePlaylists(PlaylistsTable, QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
                     {parent ? QVariant(parent) : QVariant(), id});
 }
 
@@ -896,12 +916,15 @@ void LibraryStore::deletePlaylist(qint64 id)
     doomed.prepend(id);
     TransactionGuard transaction(database_);
     for (auto it = doomed.crbegin(); it != doomed.crend(); ++it) {
-        changePlaylists(QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ?"), {*it});
-        changePlaylists(QStringLiteral("DELETE FROM playlists WHERE id = ?"), {*it});
+        changePlaylists(EntriesTable,
+                        QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ?"), {*it});
+        changePlaylists(PlaylistsTable, QStringLiteral("DELETE FROM playlists WHERE id = ?"),
+                        {*it});
     }
     const QList<qint64> remaining = userPlaylistIds();
     for (qsizetype i = 0; i < remaining.size(); ++i)
-        changePlaylists(QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
+        changePlaylists(PlaylistsTable,
+                        QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
                         {i, remaining.at(i)});
     transaction.commit();
 }

@@ -1,5 +1,6 @@
-// The playlists file over the real library: its bytes are pinned for a small library, and a
-// library kept open through playlist changes writes what a freshly opened one writes.
+// Events one after another: the playlists file over the real library has its bytes pinned for
+// a small library, and a library kept open through playlist changes writes what a freshly
+// opened one writes; the artwork follows the playing track.
 #include "services/currenttrackaction/currenttrackaction.h"
 
 #include "additions/propertylist.h"
@@ -9,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -235,6 +237,30 @@ TEST_F(PlaylistsFileTest, TheFileIsPinnedAndFollowsEveryPlaylistChange)
     library.reset();
     open();
     EXPECT_EQ(playlistsFile().toStdString(), changed.toStdString());
+}
+
+TEST_F(PlaylistsFileTest, TheArtworkFollowsTheTrackFromEventToEvent)
+{
+    ASSERT_TRUE(PropertyList::write(configuration(), QVariantMap{{"workspace directory path", workspace()},
+                                                                 {"write info to json file",
+                                                                  QVariantMap{{"artwork", "artwork"}}}}));
+    QList<MemoryObjectPtr> tracks;
+    for (const QColor color : {Qt::red, Qt::blue}) {
+        QImage cover(8, 8, QImage::Format_RGB32);
+        cover.fill(color);
+        tracks.append(player->addFileTrack(color.name(), "/music/" + color.name() + ".mp3"));
+        player->addArtwork(tracks.last(), cover);
+    }
+    for (int track : {0, 0, 1, 0}) {
+        player->setCurrentTrack(tracks.at(track));
+        CurrentTrackAction action(app, configuration(), [](const QString &) { return true; });
+        ASSERT_TRUE(action.runInWorkspace());
+        const QImage written(workspace() + "/artwork.jpg");
+        ASSERT_FALSE(written.isNull());
+        const QColor pixel = written.pixelColor(4, 4);
+        EXPECT_EQ(track ? pixel.blue() > 200 && pixel.red() < 50 : pixel.red() > 200 && pixel.blue() < 50, true)
+            << "track " << track << " wrote " << qPrintable(pixel.name());
+    }
 }
 
 } // namespace
