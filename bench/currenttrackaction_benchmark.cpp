@@ -49,11 +49,16 @@ struct Fixture
             source.makeUserPlaylist({{"name", QStringLiteral("Playlist %1").arg(i)}}, ObjectClass::UserPlaylist, i);
         application = app;
 
-        auto track = player->addFileTrack("Song", "/music/song.mp3", {{Prop::artist, "Artist"}, {Prop::duration, 200.0}});
-        QImage cover(600, 600, QImage::Format_RGB32);
-        cover.fill(Qt::darkCyan);
-        player->addArtwork(track, cover);
-        player->setCurrentTrack(track);
+        // Two tracks with covers of their own: repeated events of one track find its JPEG
+        // already made, a change of track encodes the new cover.
+        for (const QColor color : {QColor(Qt::darkCyan), QColor(Qt::darkMagenta)}) {
+            tracks.append(player->addFileTrack("Song " + color.name(), "/music/song.mp3",
+                                               {{Prop::artist, "Artist"}, {Prop::duration, 200.0}}));
+            QImage cover(600, 600, QImage::Format_RGB32);
+            cover.fill(color);
+            player->addArtwork(tracks.last(), cover);
+        }
+        player->setCurrentTrack(tracks.first());
         player->setPlayerState(kPSP);
     }
 
@@ -62,6 +67,7 @@ struct Fixture
     QString configuration;
     std::shared_ptr<LibraryBackend> library;
     MemoryPlayerPtr player;
+    QList<MemoryObjectPtr> tracks;
     ITunesApplication application;
 };
 
@@ -81,6 +87,21 @@ void BM_CurrentTrackActionEvent(benchmark::State &state)
     state.counters["playlists"] = kPlaylists;
 }
 BENCHMARK(BM_CurrentTrackActionEvent)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// Every event a new track, so its cover is decoded and encoded afresh.
+void BM_CurrentTrackActionEventNewTrack(benchmark::State &state)
+{
+    Fixture &f = fixture();
+    qsizetype next = 0;
+    for (auto _ : state) {
+        f.player->setCurrentTrack(f.tracks.at(++next % f.tracks.size()));
+        CurrentTrackAction action(f.application, f.configuration);
+        benchmark::DoNotOptimize(action.runInWorkspace());
+    }
+    f.player->setCurrentTrack(f.tracks.first());
+    state.counters["playlists"] = kPlaylists;
+}
+BENCHMARK(BM_CurrentTrackActionEventNewTrack)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // Without the playlists file, which is the costly one and chosen by the user.
 void BM_CurrentTrackActionEventWithoutPlaylists(benchmark::State &state)

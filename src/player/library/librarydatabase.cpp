@@ -291,7 +291,8 @@ void LibraryDatabase::migrate(int targetVersion)
     }
 }
 
-TransactionGuard::TransactionGuard(LibraryDatabase &database) : connection_(database.connection())
+TransactionGuard::TransactionGuard(LibraryDatabase &database)
+    : database_(database), connection_(database.connection())
 {
     if (!connection_.transaction())
         fail(QStringLiteral("cannot begin a transaction"), connection_.lastError());
@@ -299,8 +300,10 @@ TransactionGuard::TransactionGuard(LibraryDatabase &database) : connection_(data
 
 TransactionGuard::~TransactionGuard()
 {
-    if (!done_)
+    if (!done_) {
         connection_.rollback();
+        ++database_.rollbacks_;
+    }
 }
 
 void TransactionGuard::commit()

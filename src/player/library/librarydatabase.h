@@ -62,6 +62,8 @@ public:
     std::optional<QSqlRecord> singleRow(const QString &statement, const QVariantList &values = {});
     // The first column of singleRow(), or an invalid value.
     QVariant singleValue(const QString &statement, const QVariantList &values = {});
+    // Transactions rolled back so far: a copy of rows read inside one is stale once this moves.
+    quint64 rollbackCount() const { return rollbacks_; }
 
     struct Connections; // per thread: connection name and prepared queries
 
@@ -69,9 +71,12 @@ private:
     QSqlQuery &prepared(const QString &statement);
     void migrate(int targetVersion);
 
+    friend class TransactionGuard;
+
     QString path_;
     QString connectionPrefix_;
     std::shared_ptr<Connections> connections_;
+    quint64 rollbacks_ = 0;
 };
 
 // Rolls back unless commit() was called; nests as savepoints are not needed here, so one
@@ -87,6 +92,7 @@ public:
     void commit(); // throws BridgeFailure when the commit fails
 
 private:
+    LibraryDatabase &database_;
     QSqlDatabase connection_;
     bool done_ = false;
 };

@@ -496,7 +496,8 @@ void LibraryStore::removeTrack(qint64 id)
     QMutexLocker locker(&mutex_);
     const TrackRow track = row(id);
     TransactionGuard transaction(database_);
-    database_.run(QStringLiteral("DELETE FROM playlist_tracks WHERE track = ?"), {id});
+    changePlaylists(EntriesTable, QStringLiteral("DELETE FROM playlist_tracks WHERE track = ?"),
+                    {id});
     database_.run(QStringLiteral("DELETE FROM tracks WHERE id = ?"), {id});
     transaction.commit();
     pending_.remove(id);
@@ -678,43 +679,86 @@ LibraryStore::ImportResult LibraryStore::importPaths(const QStringList &paths, q
     return result;
 }
 
+const LibraryStore::Playlists &LibraryStore::playlists()
+{
+    // Read inside a transaction that then rolled back, the copy may hold what never was.
+    if (playlists_ && playlists_->rollbacks == database_.rollbackCount())
+        return *playlists_;
+    Playlists all;
+    all.rollbacks = database_.rollbackCount();
+    {
+        QueryRun query = database_.run(
+            QStringLiteral("SELECT id, persistentID, name, specialKind, parent, smart, shared "
+                           "FROM playlists ORDER BY position, id"));
+        while (query.next()) {
+            const PlaylistRow row{query.value(0).toLongLong(),
+                                  query.value(1).toString(),
+                                  query.value(2).toString(),
+                                  FourCharCode(query.value(3).toLongLong()),
+                                  query.value(4).toLongLong(),
+                                  query.value(5).toBool(),
+                                  query.value(6).toBool()};
+            if (row.specialKind == kSpL) {
+                if (!all.libraryId)
+                    all.libraryId = row.id;
+            } else {
+                all.userIds.append(row.id);
+            }
+            if (row.parent)
+                all.children[row.parent].append(row.id);
+            all.rows.insert(row.id, row);
+        }
+    }
+    playlists_ = std::move(all);
+    return *playlists_;
+}
+
+const QList<qint64> &LibraryStore::playlistEntries(qint64 playlistId)
+{
+    static const QList<qint64> none;
+    if (!playlistEntries_ || playlistEntries_->rollbacks != database_.rollbackCount()) {
+        PlaylistEntries all;
+        all.rollbacks = database_.rollbackCount();
+        QueryRun query = database_.run(QStringLiteral(
+            "SELECT playlist, track FROM playlist_tracks ORDER BY playlist, position"));
+        while (query.next())
+            all.tracks[query.value(0).toLongLong()].append(query.value(1).toLongLong());
+        playlistEntries_ = std::move(all);
+    }
+    const auto found = playlistEntries_->tracks.constFind(playlistId);
+    return found == playlistEntries_->tracks.constEnd() ? none : *found;
+}
+
+QueryRun LibraryStore::changePlaylists(int tables, const QString &statement,
+                                       const QVariantList &values)
+{
+    if (tables & PlaylistsTable)
+        playlists_.reset();
+    if (tables & EntriesTable)
+        playlistEntries_.reset();
+    return database_.run(statement, values);
+}
+
 qint64 LibraryStore::libraryPlaylistId()
 {
     QMutexLocker locker(&mutex_);
-    return database_
-        .singleValue(QStringLiteral("SELECT id FROM playlists WHERE specialKind = ?"),
-                     {qint64(kSpL)})
-        .toLongLong();
+    return playlists().libraryId;
 }
 
 QList<qint64> LibraryStore::userPlaylistIds()
 {
     QMutexLocker locker(&mutex_);
-    QList<qint64> ids;
-    QueryRun query = database_.run(
-        QStringLiteral("SELECT id FROM playlists WHERE specialKind != ? ORDER BY position, id"),
-        {qint64(kSpL)});
-    while (query.next())
-        ids.append(query.value(0).toLongLong());
-    return ids;
+    return playlists().userIds;
 }
 
 std::optional<LibraryStore::PlaylistRow> LibraryStore::playlist(qint64 id)
 {
     QMutexLocker locker(&mutex_);
-    const std::optional<QSqlRecord> found = database_.singleRow(
-        QStringLiteral("SELECT persistentID, name, specialKind, parent, smart, shared "
-                       "FROM playlists WHERE id = ?"),
-        {id});
-    if (!found)
+    const Playlists &all = playlists();
+    const auto found = all.rows.constFind(id);
+    if (found == all.rows.constEnd())
         return std::nullopt;
-    return PlaylistRow{id,
-                       found->value(0).toString(),
-                       found->value(1).toString(),
-                       FourCharCode(found->value(2).toLongLong()),
-                       found->value(3).toLongLong(),
-                       found->value(4).toBool(),
-                       found->value(5).toBool()};
+    return *found;
 }
 
 qint64 LibraryStore::playlistIdForPersistentID(const QString &persistentID)
@@ -729,15 +773,7 @@ qint64 LibraryStore::playlistIdForPersistentID(const QString &persistentID)
 QList<qint64> LibraryStore::descendants(qint64 playlistId)
 {
     QList<qint64> found;
-    QList<qint64> children;
-    {
-        // Finished before the recursion runs the same statement again.
-        QueryRun query = database_.run(
-            QStringLiteral("SELECT id FROM playlists WHERE parent = ? ORDER BY position, id"),
-            {playlistId});
-        while (query.next())
-            children.append(query.value(0).toLongLong());
-    }
+    const QList<qint64> children = playlists().children.value(playlistId);
     for (qint64 child : children)
         found += QList<qint64>{child} + descendants(child);
     return found;
@@ -752,16 +788,13 @@ QList<qint64> LibraryStore::playlistTrackIds(qint64 id)
     if (list->specialKind == kSpL)
         return order_;
     // A folder holds the tracks of the playlists inside it, each once.
-    const QList<qint64> sources = list->specialKind == kSpF ? descendants(id) : QList<qint64>{id};
+    if (list->specialKind != kSpF)
+        return playlistEntries(id);
     QList<qint64> ids;
     QSet<qint64> seen;
-    for (qint64 source : sources) {
-        QueryRun query = database_.run(
-            QStringLiteral("SELECT track FROM playlist_tracks WHERE playlist = ? ORDER BY position"),
-            {source});
-        while (query.next()) {
-            const qint64 track = query.value(0).toLongLong();
-            if (list->specialKind != kSpF || !seen.contains(track))
+    for (qint64 source : descendants(id)) {
+        for (qint64 track : playlistEntries(source)) {
+            if (!seen.contains(track))
                 ids.append(track);
             seen.insert(track);
         }
@@ -779,12 +812,13 @@ qint64 LibraryStore::makePlaylist(const QString &name, bool folder, qsizetype in
     // Positions are kept dense and in order, so an index is a position.
     const QList<qint64> ids = userPlaylistIds();
     for (qsizetype i = index; i < ids.size(); ++i)
-        database_.run(QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
-                      {i + 1, ids.at(i)});
-    const qint64 id = database_
-                          .run(QStringLiteral("INSERT INTO playlists (persistentID, name, "
-                                              "specialKind, position) VALUES (?, ?, ?, ?)"),
-                               {persistentID, name, qint64(folder ? kSpF : kNon), index})
+        changePlaylists(PlaylistsTable,
+                        QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
+                        {i + 1, ids.at(i)});
+    const qint64 id = changePlaylists(PlaylistsTable,
+                                      QStringLiteral("INSERT INTO playlists (persistentID, name, "
+                                                     "specialKind, position) VALUES (?, ?, ?, ?)"),
+                                      {persistentID, name, qint64(folder ? kSpF : kNon), index})
                           .lastInsertId()
                           .toLongLong();
     transaction.commit();
@@ -794,7 +828,8 @@ qint64 LibraryStore::makePlaylist(const QString &name, bool folder, qsizetype in
 void LibraryStore::renamePlaylist(qint64 id, const QString &name)
 {
     QMutexLocker locker(&mutex_);
-    database_.run(QStringLiteral("UPDATE playlists SET name = ? WHERE id = ?"), {name, id});
+    changePlaylists(PlaylistsTable, QStringLiteral("UPDATE playlists SET name = ? WHERE id = ?"),
+                    {name, id});
 }
 
 void LibraryStore::appendToPlaylist(qint64 playlistId, const QList<qint64> &trackIds)
@@ -814,9 +849,10 @@ void LibraryStore::appendToPlaylist(qint64 playlistId, const QList<qint64> &trac
                          {playlistId})
             .toLongLong();
     for (qint64 track : trackIds)
-        database_.run(QStringLiteral("INSERT INTO playlist_tracks (playlist, position, track) "
-                                     "VALUES (?, ?, ?)"),
-                      {playlistId, ++position, track});
+        changePlaylists(EntriesTable,
+                        QStringLiteral("INSERT INTO playlist_tracks (playlist, position, track) "
+                                       "VALUES (?, ?, ?)"),
+                        {playlistId, ++position, track});
 }
 
 void LibraryStore::addTracksToPlaylist(qint64 playlistId, const QList<qint64> &trackIds)
@@ -830,8 +866,9 @@ void LibraryStore::addTracksToPlaylist(qint64 playlistId, const QList<qint64> &t
 void LibraryStore::removeTrackFromPlaylist(qint64 playlistId, qint64 trackId)
 {
     QMutexLocker locker(&mutex_);
-    database_.run(QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ? AND track = ?"),
-                  {playlistId, trackId});
+    changePlaylists(EntriesTable,
+                    QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ? AND track = ?"),
+                    {playlistId, trackId});
 }
 
 qint64 LibraryStore::duplicatePlaylist(qint64 id, qint64 parent)
@@ -846,8 +883,8 @@ qint64 LibraryStore::duplicatePlaylist(qint64 id, qint64 parent)
     const qint64 copy = makePlaylist(original->name, original->specialKind == kSpF,
                                      userPlaylistIds().size());
     TransactionGuard transaction(database_);
-    database_.run(QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
-                  {parent ? QVariant(parent) : QVariant(), copy});
+    changePlaylists(PlaylistsTable, QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
+                    {parent ? QVariant(parent) : QVariant(), copy});
     appendToPlaylist(copy, tracks);
     transaction.commit();
     for (qint64 child : children)
@@ -862,8 +899,8 @@ void LibraryStore::movePlaylist(qint64 id, qint64 parent)
     if (parent && (parent == id || descendants(id).contains(parent)))
         throwBridgeFailure(kBridgeErrorUnsupported,
                            QStringLiteral("a folder cannot move into itself"));
-    database_.run(QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
-                  {parent ? QVariant(parent) : QVariant(), id});
+    changePlaylists(PlaylistsTable, QStringLiteral("UPDATE playlists SET parent = ? WHERE id = ?"),
+                    {parent ? QVariant(parent) : QVariant(), id});
 }
 
 void LibraryStore::deletePlaylist(qint64 id)
@@ -879,13 +916,16 @@ void LibraryStore::deletePlaylist(qint64 id)
     doomed.prepend(id);
     TransactionGuard transaction(database_);
     for (auto it = doomed.crbegin(); it != doomed.crend(); ++it) {
-        database_.run(QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ?"), {*it});
-        database_.run(QStringLiteral("DELETE FROM playlists WHERE id = ?"), {*it});
+        changePlaylists(EntriesTable,
+                        QStringLiteral("DELETE FROM playlist_tracks WHERE playlist = ?"), {*it});
+        changePlaylists(PlaylistsTable, QStringLiteral("DELETE FROM playlists WHERE id = ?"),
+                        {*it});
     }
     const QList<qint64> remaining = userPlaylistIds();
     for (qsizetype i = 0; i < remaining.size(); ++i)
-        database_.run(QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
-                      {i, remaining.at(i)});
+        changePlaylists(PlaylistsTable,
+                        QStringLiteral("UPDATE playlists SET position = ? WHERE id = ?"),
+                        {i, remaining.at(i)});
     transaction.commit();
 }
 

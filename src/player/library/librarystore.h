@@ -14,8 +14,11 @@
 //
 // Threads: any thread may call; one recursive lock serialises every call, and the database
 // gives each thread its own connection. The track rows are cached in memory (loaded whole on
-// open, updated by every write made here), so reads cost no query. Another process writing the
-// same database is not seen until the library is opened again.
+// open, updated by every write made here), so reads cost no query. The playlists, and apart
+// from them their entries, are each read whole in one query when first needed and kept until a
+// write made here to that table (or a rolled back transaction) drops them: walking a thousand
+// playlists, as the current track action does at every player event, costs no query either.
+// Another process writing the same database is not seen until the library is opened again.
 //
 // File tags: a write to a property kept in files goes to the cache at once and is kept
 // pending for its track; the file is saved once per track when
@@ -146,7 +149,29 @@ private:
         std::optional<QList<EmbeddedPicture>> pictures;
     };
 
+    // Every playlist as the database holds it; the user playlists and the children of each
+    // folder in their order (position, then id).
+    struct Playlists
+    {
+        qint64 libraryId = 0;
+        QList<qint64> userIds;
+        QHash<qint64, PlaylistRow> rows;
+        QHash<qint64, QList<qint64>> children; // by parent
+        quint64 rollbacks = 0; // the database's count when read
+    };
+    // The track ids of every playlist's entries, in their order.
+    struct PlaylistEntries
+    {
+        QHash<qint64, QList<qint64>> tracks;
+        quint64 rollbacks = 0;
+    };
+    enum PlaylistTable { PlaylistsTable = 1, EntriesTable = 2 };
+
     void loadTracks(qint64 fromId = 0); // all rows, or the rows just added
+    const Playlists &playlists();
+    const QList<qint64> &playlistEntries(qint64 playlistId);
+    // Runs a statement that changes the table(s), dropping their copies first.
+    QueryRun changePlaylists(int tables, const QString &statement, const QVariantList &values = {});
     void appendToPlaylist(qint64 playlistId, const QList<qint64> &trackIds);
     TrackRow &row(qint64 id);
     void storeColumns(qint64 id, const QHash<Prop, QVariant> &values);
@@ -170,6 +195,8 @@ private:
     QList<qint64> order_;
     QHash<QString, qint64> byPersistentID_;
     QHash<QString, qint64> byPath_;
+    std::optional<Playlists> playlists_;
+    std::optional<PlaylistEntries> playlistEntries_;
     QHash<qint64, PendingSave> pending_;
     QStringList selection_;
     QTimer saveTimer_;

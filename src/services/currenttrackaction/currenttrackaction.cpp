@@ -13,6 +13,7 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QJsonDocument>
+#include <QMutex>
 #include <QProcess>
 #include <QTemporaryFile>
 
@@ -43,6 +44,21 @@ bool replaceFile(const QString &path, const QByteArray &bytes)
         return false;
     file.setAutoRemove(false);
     return true;
+}
+
+// The last artwork written, with the bytes it was encoded from: the events of one track (pause,
+// play, a seek) write the same picture again, and decoding and encoding it is most of an event.
+struct EncodedArtwork
+{
+    QMutex mutex;
+    QByteArray source;
+    QByteArray jpeg;
+};
+
+EncodedArtwork &lastArtwork()
+{
+    static EncodedArtwork last;
+    return last;
 }
 
 QString standardizedPath(const QString &path)
@@ -177,15 +193,22 @@ void CurrentTrackAction::writeArtworkFile() const
     const QByteArray data = artworks.first().rawData();
     if (data.isEmpty())
         return;
-    const QImage image = QImage::fromData(data);
-    if (image.isNull())
-        return;
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "jpeg");
-    writer.setQuality(100);
-    if (writer.write(image))
-        replaceFile(path, buffer.data());
+    EncodedArtwork &last = lastArtwork();
+    QMutexLocker locker(&last.mutex);
+    if (data != last.source) {
+        const QImage image = QImage::fromData(data);
+        if (image.isNull())
+            return;
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        QImageWriter writer(&buffer, "jpeg");
+        writer.setQuality(100);
+        if (!writer.write(image))
+            return;
+        last.source = data;
+        last.jpeg = buffer.data();
+    }
+    replaceFile(path, last.jpeg);
 }
 
 bool CurrentTrackAction::runScript() const
