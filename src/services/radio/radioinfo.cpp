@@ -68,10 +68,12 @@ std::optional<QDateTime> trackDateFromName(const QString &line)
     int offset = 0;
     if (match.captured(2) != QLatin1String("Z"))
         offset = match.captured(3).toInt() * 3600 + match.captured(4).toInt() * 60;
-    QDateTime date = QDateTime::fromString(match.captured(1), QStringLiteral("yyyyMMdd'T'HHmmss"));
+    const QString whole = match.captured(1);
+    const QDate day = QDate::fromString(whole.left(8), QStringLiteral("yyyyMMdd"));
+    const QTime time = QTime::fromString(whole.mid(9), QStringLiteral("HHmmss"));
+    const QDateTime date(day, time, QTimeZone(offset));
     if (!date.isValid())
         return std::nullopt;
-    date.setTimeZone(QTimeZone::fromSecondsAheadOfUtc(offset));
     return date;
 }
 

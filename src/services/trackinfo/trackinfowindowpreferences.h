@@ -2,7 +2,7 @@
 
 #include "application/preferenceobject.h"
 
-// The track info panel's settings, "Info".plist: how long it stays (0 keeps it until something
+// The track info panel's settings, "Track Info Window".plist: how long it stays (0 keeps it until something
 // closes it) and three text choices that are kept but select nothing yet. The fade times are
 // not stored.
 class TrackInfoWindowPreferences : public PreferenceObject

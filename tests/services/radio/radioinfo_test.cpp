@@ -18,7 +18,8 @@ namespace {
 
 QByteArray bigEndian(quint32 value)
 {
-    return QByteArray({char(value >> 24), char(value >> 16), char(value >> 8), char(value)});
+    const char bytes[] = {char(value >> 24), char(value >> 16), char(value >> 8), char(value)};
+    return QByteArray(bytes, 4);
 }
 
 // An ID3v2.3 text frame as the station writes it: key, size, two flag bytes, encoding 3 (UTF-8).
@@ -84,10 +85,10 @@ TEST(RadioInfo, SegmentDatesDurationsAndTheWait)
 {
     const auto date = trackDateFromName(QStringLiteral("path/x/prog-64k-20240102T030405Z.aac"));
     ASSERT_TRUE(date);
-    EXPECT_EQ(date->toUTC(), QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), QTimeZone::UTC));
+    EXPECT_EQ(date->toUTC(), QDateTime(QDate(2024, 1, 2), QTime(3, 4, 5), Qt::UTC));
     const auto east = trackDateFromName(QStringLiteral("seg-20240102T030405+02:00.aac"));
     ASSERT_TRUE(east);
-    EXPECT_EQ(east->toUTC(), QDateTime(QDate(2024, 1, 2), QTime(1, 4, 5), QTimeZone::UTC));
+    EXPECT_EQ(east->toUTC(), QDateTime(QDate(2024, 1, 2), QTime(1, 4, 5), Qt::UTC));
     EXPECT_FALSE(trackDateFromName(QStringLiteral("segment-0042.aac")));
     EXPECT_FALSE(trackDateFromName(QStringLiteral("seg-20241340T030405Z.aac")));
     EXPECT_FALSE(trackDateFromName(QString()));
@@ -96,7 +97,7 @@ TEST(RadioInfo, SegmentDatesDurationsAndTheWait)
     EXPECT_EQ(playlistTargetDuration(QStringLiteral("#ext-x-targetduration:0\n#EXT-X-TARGETDURATION:6.5")), 6.5);
     EXPECT_EQ(playlistTargetDuration(QStringLiteral("#EXTM3U\nx.aac")), 0.0);
 
-    const QDateTime now(QDate(2024, 1, 2), QTime(3, 4, 10), QTimeZone::UTC);
+    const QDateTime now(QDate(2024, 1, 2), QTime(3, 4, 10), Qt::UTC);
     // Ends at 03:04:15, five seconds from now, then one second more.
     EXPECT_DOUBLE_EQ(loadingTimeInterval(date, 10.0, now), 6.0);
     // An end in the past is as far off as it is old.
