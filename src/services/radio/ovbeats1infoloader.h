@@ -12,7 +12,7 @@
 #include <optional>
 
 class QNetworkAccessManager;
-class QNetworkReply;
+#include <QNetworkReply>
 
 // Finds out what the live radio station is playing, since the player only knows the stream.
 // Each round fetches the station's HLS media playlist ("RadioPlaylistURL"), picks a recent

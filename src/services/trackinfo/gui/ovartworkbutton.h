@@ -5,7 +5,7 @@
 #include <QPointer>
 
 class QNetworkAccessManager;
-class QNetworkReply;
+#include <QNetworkReply>
 
 // The track info panel's artwork. For a track without artwork it asks the store for the album's
 // cover and shows it, only for display: nothing is written to the track. Any new image, such as

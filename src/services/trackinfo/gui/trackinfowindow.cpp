@@ -314,7 +314,9 @@ void TrackInfoWindow::updateTime()
     const ITunesTrack track = infoTrack();
     yourTrackInfoD_.clear();
     if (track) {
-        yourTrackInfoD_ = track.time();
+        // A stream has no length of its own: its line is the time played.
+        if (track.duration() >= 1.0)
+            yourTrackInfoD_ = track.time();
         if (yourTrackInfoD_.isEmpty())
             yourTrackInfoD_ = TrackInfoText::playerPositionDescription(hooks_.yourTunes().playerPosition());
         else if (const QString now = TrackInfoText::playerPositionDescription(hooks_.yourTunes().playerPosition());
