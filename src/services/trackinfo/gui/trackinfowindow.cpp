@@ -28,7 +28,7 @@ namespace {
 
 constexpr int PanelHeight = 145;
 constexpr int MinimumWidth = 265;
-constexpr int TextMargin = 135;
+constexpr int TextMargin = 152; // artwork, spacing and both margins
 constexpr int AnchorOffset = 92;
 
 QImage placeholderArtwork(const QColor &tint)
@@ -121,7 +121,7 @@ TrackInfoWindow::TrackInfoWindow(TrackInfoWindowHooks hooks, QWidget *parent)
         "QSlider::handle:horizontal { width: 8px; margin: -3px 0; border-radius: 4px; background: white; }"));
 
     auto *ratings = new QHBoxLayout;
-    ratings->setSpacing(6);
+    ratings->setSpacing(14);
     ratings->addWidget(myTrackRatingTitle_);
     ratings->addWidget(myTrackRatingAlbum_);
     ratings->addStretch(1);
