@@ -46,7 +46,7 @@ protected:
     {
         player->makeDefault();
         player->setPlayerState(kPSP);
-        hooks.anchor = [] { return QPoint(900, 24); };
+        hooks.anchor = [] { return QPoint(500, 24); };
         hooks.killTargetWindow = [this](int number) { killed = number; };
         hooks.yourTunes = [this] { return player->application(); };
         hooks.updateControllerRating = [this] { ++controllerUpdates; };
@@ -85,12 +85,13 @@ TEST_F(TrackInfoWindowTest, ShowsTheTrackAndClosesAfterTheDisplayTime)
     EXPECT_EQ(window->trackInfoA(), "A Song With A Rather Long Title");
     EXPECT_EQ(window->trackInfoB(), "The Band");
     EXPECT_EQ(window->trackInfoC(), "Blue");
-    EXPECT_EQ(window->trackInfoD(), "01:05 / 3:20");
+    EXPECT_EQ(window->trackInfoD(), "3:20");
     EXPECT_TRUE(centreIs(window->trackArtwork(), [](QRgb c) { return qRed(c) > 200 && qGreen(c) < 60; }));
     EXPECT_FALSE(window->artworkButton()->isDownloading());
     // Hangs below the strip, its right part beside the anchor, and wide enough for the title.
     EXPECT_EQ(window->geometry().top(), 24);
     EXPECT_GE(window->width(), 265);
+    EXPECT_EQ(window->geometry().right(), 500 + 92 + 30 - 1);
     shoot(*window, "trackinfo-artwork");
 
     // Nothing playing: the three placeholders.

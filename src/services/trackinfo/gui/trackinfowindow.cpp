@@ -319,9 +319,6 @@ void TrackInfoWindow::updateTime()
             yourTrackInfoD_ = track.time();
         if (yourTrackInfoD_.isEmpty())
             yourTrackInfoD_ = TrackInfoText::playerPositionDescription(hooks_.yourTunes().playerPosition());
-        else if (const QString now = TrackInfoText::playerPositionDescription(hooks_.yourTunes().playerPosition());
-                 !now.isEmpty())
-            yourTrackInfoD_ = now + QStringLiteral(" / ") + yourTrackInfoD_;
     }
     timeLabel_->setText(yourTrackInfoD_);
 }
@@ -330,6 +327,11 @@ void TrackInfoWindow::updateTrackProgress()
 {
     if (!yourAllowWindowChanges_)
         return;
+    // A player may name a track before its tags are read; the panel catches up with them.
+    if (!contentBeats1InfoLoader_ && infoTrack() && infoTrackName() != yourTrackInfoA_) {
+        readTrackInfo();
+        return;
+    }
     updateTime();
     const ITunesTrack track = infoTrack();
     if (track && track.duration() >= 1.0 && !myTrackProgress_->isSliderDown()) {
@@ -394,7 +396,9 @@ void TrackInfoWindow::fitTheWindowToTrackInfo()
     // Not wider than the screen, however long a title is.
     const QScreen *screen = QGuiApplication::primaryScreen();
     const int widest = screen ? screen->availableGeometry().width() - 20 : 1200;
-    const int w = std::clamp(width, MinimumWidth, std::max(MinimumWidth, widest));
+    // The layout's own minimum wins over the text's width, or the frame would grow past the screen.
+    const int least = std::max(MinimumWidth, minimumSizeHint().width());
+    const int w = std::clamp(width, least, std::max(least, widest));
     setGeometry(yourTrackInfoWindowPoint_.x() - w + AnchorOffset + 30, yourTrackInfoWindowPoint_.y(), w, PanelHeight);
     if (screen) {
         // Kept on the screen when the strip sits near its left edge.
