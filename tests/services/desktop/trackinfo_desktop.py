@@ -18,8 +18,8 @@ from live_hooks_desktop import DEADLINE, MPV, Run, check, mpris, on_bus, wait_fo
 ORVANE, VERSION = sys.argv[1], sys.argv[2]
 
 
-def panel_windows():
-    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Track Info$"],
+def panel_windows(name=""):
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Track Info: " + name],
                            capture_output=True, text=True).stdout.split()
     return found
 
@@ -67,7 +67,8 @@ def main():
 
         mpris("Play")
         mpris("Next")
-        wait_for("the track info panel", panel_windows)
+        # The panel shows the new track's tags as soon as mpv has read them.
+        wait_for("the track info panel", lambda: panel_windows("Second Song$"))
         shots = os.environ.get("ORVANE_SCREENSHOT_DIR")
         if shots:
             os.makedirs(shots, exist_ok=True)

@@ -286,6 +286,8 @@ void TrackInfoWindow::readTrackInfo()
         yourTrackInfoC_ = ov_localizedString(QStringLiteral("0006.0002"));
     }
     nameLabel_->setText(yourTrackInfoA_);
+    // Window lists and screen readers name the panel by what it shows.
+    setWindowTitle(tr("Track Info") + QStringLiteral(": ") + yourTrackInfoA_);
     artistLabel_->setText(yourTrackInfoB_);
     albumLabel_->setText(yourTrackInfoC_);
 
