@@ -1,7 +1,5 @@
 #include "services/radio/radioinfo.h"
 
-#include "additions/configuration.h"
-
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <QTimeZone>
@@ -164,18 +162,6 @@ QString artworkWebAddress(const QByteArray &data)
     if (!address || address->isEmpty() || zero >= 0)
         return {};
     return *address + QLatin1String(".jpg");
-}
-
-bool isRadioStation(const QString &streamUrl, const QString &title)
-{
-    const QString pattern = Configuration::text(QLatin1String(Configuration::RadioStreamPattern));
-    if (pattern.isEmpty())
-        return false;
-    const QRegularExpression expression(pattern);
-    if (!expression.isValid())
-        return false;
-    return (!streamUrl.isEmpty() && expression.match(streamUrl).hasMatch())
-        || (!title.isEmpty() && expression.match(title).hasMatch());
 }
 
 } // namespace RadioInfo

@@ -52,8 +52,4 @@ QString frameText(const QByteArray &key, const QByteArray &data);
 // The artwork address: "http..." up to ".jpg", found after the word "artwork"; empty for none.
 QString artworkWebAddress(const QByteArray &data);
 
-// Whether a playing stream (its address and title) is the radio station, by the configured
-// "RadioStreamPattern". An empty or invalid pattern recognises nothing.
-bool isRadioStation(const QString &streamUrl, const QString &title);
-
 } // namespace RadioInfo

@@ -146,17 +146,6 @@ TEST(RadioInfo, ArtworkAddressFollowsTheWordArtwork)
     EXPECT_TRUE(artworkWebAddress(QByteArray("artwork http://h\0/cover.jpg", 27)).isEmpty());
 }
 
-TEST(RadioInfo, StationIsRecognisedByTheConfiguredPattern)
-{
-    qputenv("ORVANE_RADIO_STREAM_PATTERN", "(?i)beats ?1|/radio/");
-    EXPECT_TRUE(isRadioStation(QStringLiteral("http://127.0.0.1:9/radio/prog.m3u8"), QString()));
-    EXPECT_TRUE(isRadioStation(QString(), QStringLiteral("BEATS 1")));
-    EXPECT_FALSE(isRadioStation(QStringLiteral("http://127.0.0.1/other.m3u8"), QStringLiteral("Jazz FM")));
-    qputenv("ORVANE_RADIO_STREAM_PATTERN", "(unclosed");
-    EXPECT_FALSE(isRadioStation(QStringLiteral("(unclosed"), QStringLiteral("(unclosed")));
-    qunsetenv("ORVANE_RADIO_STREAM_PATTERN");
-}
-
 // A local station: a media playlist whose segments are real AAC files with the show's ID3 tag
 // in front, and the artwork at the address the tag names.
 class RadioStationTest : public ::testing::Test

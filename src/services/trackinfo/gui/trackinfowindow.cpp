@@ -6,7 +6,6 @@
 #include "player/fourcharcode.h"
 #include "player/runningapplication.h"
 #include "services/radio/ovbeats1infoloader.h"
-#include "services/radio/radioinfo.h"
 #include "services/trackinfo/gui/ovartworkbutton.h"
 #include "services/trackinfo/trackinfotext.h"
 #include "widgets/oxlevelindicatorstarrating.h"
@@ -174,10 +173,8 @@ QImage TrackInfoWindow::trackArtwork() const
 
 bool TrackInfoWindow::isPlayingRadio() const
 {
-    const ITunesTrack track = infoTrack();
-    if (!track || !track.isKindOf<ITunesURLTrack>())
-        return false;
-    return RadioInfo::isRadioStation(track.as<ITunesURLTrack>().address(), track.name());
+    const ITunesURLTrack stream = infoTrack().as<ITunesURLTrack>();
+    return stream && RunningApplication::isRadioStationStream(stream.address(), stream.name());
 }
 
 ITunesTrack TrackInfoWindow::infoTrack() const
