@@ -22,6 +22,7 @@
 #include "services/server/gui/servermessagesui_widgets.h"
 #include "services/server/ovlink.h"
 #include "services/server/servermessages.h"
+#include "services/trackinfo/gui/trackinfowindow.h"
 #include "widgets/screenflash.h"
 
 #include <QApplication>
@@ -116,6 +117,20 @@ int main(int argc, char *argv[])
         hooks.enableDisableLastFM = [&controller] { controller.clickNavigationMenuEnableDisableLastFM(); };
         hooks.yourTunes = [&controller] { return controller.yourTunes(); };
         return std::make_shared<GlobalHotkeyListener>(std::move(hooks), createX11HotkeyGrabber());
+    };
+    services.trackInfoWindowMaker = [&controller]() -> std::shared_ptr<TrackInfoWindowController> {
+        TrackInfoWindowHooks hooks;
+        hooks.anchor = [&controller] { return controller.tuneControllerPosition(); };
+        hooks.killTargetWindow = [&controller](int number) {
+            if (const std::optional<AppWindow> window = appWindowFromNumber(number))
+                controller.killTargetWindow(*window);
+        };
+        hooks.updateControllerRating = [&controller] {
+            if (TuneController *tuneController = controller.yourTuneController())
+                tuneController->updateControllerRating();
+        };
+        hooks.yourTunes = [&controller] { return controller.yourTunes(); };
+        return std::make_shared<TrackInfoWindow>(std::move(hooks));
     };
     wireDesktopController(services, controller);
 

@@ -242,6 +242,7 @@ public:
     std::function<std::shared_ptr<OVCurrentTrackAction>()> currentTrackActionMaker;
     std::function<std::shared_ptr<RatingNotifierController>()> ratingNotifierMaker;
     std::function<std::shared_ptr<HotkeyListener>()> hotkeyListenerMaker;
+    std::function<std::shared_ptr<TrackInfoWindowController>()> trackInfoWindowMaker;
     // The status strip and its navigation panel are widgets too; without a maker the controller
     // is a placeholder that shows nothing, and there is no panel.
     std::function<std::shared_ptr<TuneController>()> tuneControllerMaker;
@@ -269,7 +270,10 @@ public:
     {
         return currentTrackActionMaker ? currentTrackActionMaker() : nullptr;
     }
-    std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() override { return nullptr; }
+    std::shared_ptr<TrackInfoWindowController> createTrackInfoWindowController() override
+    {
+        return trackInfoWindowMaker ? trackInfoWindowMaker() : nullptr;
+    }
     std::shared_ptr<TrackLyricsWindowController> createTrackLyricsWindowController() override { return nullptr; }
     std::shared_ptr<FunctionPoolWindowController> createFunctionPoolWindowController() override;
     std::shared_ptr<TuneControllerNavigatonWindowController> createNavigationWindowController() override

@@ -2,6 +2,10 @@
 
 #include "player/itunes.h"
 
+#include "additions/configuration.h"
+
+#include <QRegularExpression>
+
 PlayerBackendPtr RunningApplication::ov_iTunes()
 {
     PlayerBackendPtr backend = contextPlayerBackend();
@@ -26,6 +30,15 @@ bool RunningApplication::ov_iTunesIsPlayingBeats1()
     if (!ov_iTunesIsRunning())
         return false;
     const ITunesTrack track = ITunesApplication::ov_currentTrack().get();
-    return track && track.name().compare(QLatin1String("Beats 1"), Qt::CaseInsensitive) == 0
-           && track.isKindOf<ITunesURLTrack>();
+    const ITunesURLTrack stream = track.as<ITunesURLTrack>();
+    return stream && isRadioStationStream(stream.address(), stream.name());
+}
+
+bool RunningApplication::isRadioStationStream(const QString &address, const QString &name)
+{
+    const QRegularExpression pattern(Configuration::text(QLatin1String(Configuration::RadioStreamPattern)));
+    // An empty or broken pattern recognises nothing.
+    if (pattern.pattern().isEmpty() || !pattern.isValid())
+        return false;
+    return (!address.isEmpty() && pattern.match(address).hasMatch()) || (!name.isEmpty() && pattern.match(name).hasMatch());
 }

@@ -12,7 +12,8 @@ public:
     static bool ov_iTunesIsRunning();
     // Paused counts as playing; a state that cannot be read does not.
     static bool ov_iTunesIsRunningAndPlaying();
-    // The current track is a stream named "Beats 1" (in any case); nothing else tells the
-    // station apart.
+    // The current track is a stream that the configured "RadioStreamPattern" recognises as the
+    // live radio station, by its address or its name.
     static bool ov_iTunesIsPlayingBeats1();
+    static bool isRadioStationStream(const QString &address, const QString &name);
 };

@@ -8,7 +8,7 @@ namespace {
 
 using RunningStateTest = MemoryPlayerTest;
 
-TEST_F(RunningStateTest, Beats1IsAStreamOfThatName)
+TEST_F(RunningStateTest, TheRadioStationIsAStreamTheConfiguredPatternKnows)
 {
     const struct
     {
@@ -26,6 +26,15 @@ TEST_F(RunningStateTest, Beats1IsAStreamOfThatName)
         player->setCurrentTrack(player->addTrack(row.trackClass, {{Prop::name, row.name}}));
         EXPECT_EQ(RunningApplication::ov_iTunesIsPlayingBeats1(), row.expected) << row.name;
     }
+    // The configured pattern decides, over the stream's address or its name.
+    qputenv("ORVANE_RADIO_STREAM_PATTERN", "/radio/");
+    player->setCurrentTrack(player->addURLTrack("Morning", "http://127.0.0.1:9/radio/prog.m3u8"));
+    EXPECT_TRUE(RunningApplication::ov_iTunesIsPlayingBeats1());
+    player->setCurrentTrack(player->addURLTrack("Beats 1", "http://127.0.0.1:9/other.m3u8"));
+    EXPECT_FALSE(RunningApplication::ov_iTunesIsPlayingBeats1());
+    qputenv("ORVANE_RADIO_STREAM_PATTERN", "(unclosed");
+    EXPECT_FALSE(RunningApplication::isRadioStationStream("(unclosed", "(unclosed"));
+    qunsetenv("ORVANE_RADIO_STREAM_PATTERN");
     player->setRunning(false);
     EXPECT_FALSE(RunningApplication::ov_iTunesIsPlayingBeats1());
 }
