@@ -88,3 +88,12 @@ QByteArray ov_sendSynchronousRequest(const QNetworkRequest &request, const QByte
 {
     return OVURLConnection::sendSynchronousRequestWith(request, verb, body);
 }
+
+void ov_abandonReply(QNetworkReply *reply, const QObject *receiver)
+{
+    if (!reply)
+        return;
+    reply->disconnect(receiver);
+    reply->abort();
+    reply->deleteLater();
+}

@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QNetworkRequest>
 
+class QNetworkReply;
+class QObject;
+
 // The one way the program fetches a web address and waits for the answer. The caller's thread
 // keeps its event loop turning while it waits (a nested QEventLoop), so timers and queued calls
 // of that thread run during the call: callers on the main thread must bear re-entry. The only
@@ -30,3 +33,7 @@ private:
 // The name every caller uses: the body, or an empty array for none.
 QByteArray ov_sendSynchronousRequest(const QNetworkRequest &request, const QByteArray &verb = "GET",
                                      const QByteArray &body = {});
+
+// Gives up a running reply: the receiver hears nothing more of it, the transfer stops and the
+// reply is deleted once control returns to the event loop. A null reply is left alone.
+void ov_abandonReply(QNetworkReply *reply, const QObject *receiver);

@@ -46,3 +46,15 @@ void writeNewFile(const QString &path, const QByteArray &bytes)
                                         "written to, and that the disk has room")
                              .arg(path));
 }
+
+PoolFunctionAnswer askForTargetFolder(FunctionPoolController *pool, const QString &messageKey,
+                                      std::function<void(const QString &path)> store)
+{
+    pool->askForFolder(messageKey, [pool, store = std::move(store)](const QString &path) {
+        if (path.isEmpty())
+            return;
+        store(path);
+        pool->poolFunctionPreAfterDelay();
+    });
+    return PoolStep::Stop;
+}

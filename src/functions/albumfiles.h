@@ -1,10 +1,13 @@
 #pragma once
 
 #include "player/itunes.h"
+#include "pool/poolfunction.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+
+#include <functional>
 
 class FunctionPoolController;
 
@@ -15,6 +18,11 @@ QString albumFolderOfTrack(const FunctionPoolController *pool, const ITunesTrack
 // The names of the image files directly in the folder (the organizer's image suffixes,
 // ignoring case), each once, in the folder's order.
 QStringList imageFilesIn(const FunctionPoolController *pool, const QString &folder);
+
+// Asks for the folder a run writes to (the message by its key) and stops the run's start; a
+// folder chosen is handed to "store" and the run starts again, a cancel leaves it stopped.
+PoolFunctionAnswer askForTargetFolder(FunctionPoolController *pool, const QString &messageKey,
+                                      std::function<void(const QString &path)> store);
 
 // The failures of these functions, for the track's error in the log.
 [[noreturn]] void throwArtworkFailure(const QString &reason);

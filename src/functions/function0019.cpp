@@ -37,15 +37,10 @@ PoolFunctionAnswer Function0019::doMyFunctionCheck()
     // Any option but the album folder writes to the chosen folder.
     if (yourExtractOption == kAlbumFolder)
         return PoolStep::GoOn;
-    FunctionPoolController *pool = myFunctionPool();
-    pool->askForFolder(QStringLiteral("0003.0007"), [this, pool](const QString &path) {
-        if (path.isEmpty())
-            return;
+    return askForTargetFolder(myFunctionPool(), QStringLiteral("0003.0007"), [this](const QString &path) {
         yourExtractTargetFolderOwn = path;
         emit settingsChanged();
-        pool->poolFunctionPreAfterDelay();
     });
-    return PoolStep::Stop;
 }
 
 PoolFunctionAnswer Function0019::doMyFunctionPre()

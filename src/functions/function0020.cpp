@@ -15,15 +15,10 @@ PoolFunctionAnswer Function0020::doMyFunctionCheck()
         return PoolStep::GoOn;
     }
     // Any other option writes to the chosen folder, so it is asked for as well.
-    FunctionPoolController *pool = myFunctionPool();
-    pool->askForFolder(QStringLiteral("0003.0006"), [this, pool](const QString &path) {
-        if (path.isEmpty())
-            return;
+    return askForTargetFolder(myFunctionPool(), QStringLiteral("0003.0006"), [this](const QString &path) {
         yourExtractTargetFolderOwn = path;
         emit settingsChanged();
-        pool->poolFunctionPreAfterDelay();
     });
-    return PoolStep::Stop;
 }
 
 void Function0020::doMyFunctionMain(const ITunesTrack &track)

@@ -1,6 +1,7 @@
 #include "services/radio/ovbeats1infoloader.h"
 
 #include "additions/configuration.h"
+#include "additions/ovurlconnection.h"
 #include "services/radio/radioinfo.h"
 
 #include <QNetworkAccessManager>
@@ -9,6 +10,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -49,11 +51,7 @@ bool OVBeats1InfoLoader::stop()
 {
     if (!reply_)
         return false;
-    QNetworkReply *reply = reply_;
-    reply_ = nullptr;
-    reply->disconnect(this);
-    reply->abort();
-    reply->deleteLater();
+    ov_abandonReply(std::exchange(reply_, nullptr), this);
     cleanup();
     return true;
 }
@@ -105,9 +103,7 @@ bool OVBeats1InfoLoader::startRequest(const QUrl &url, Action action, const QByt
         if (received_.size() < limit)
             return;
         reply_ = nullptr;
-        reply->disconnect(this);
-        reply->abort();
-        reply->deleteLater();
+        ov_abandonReply(reply, this);
         QByteArray data = std::exchange(received_, {});
         // A truncated playlist or picture is no answer; a segment's head is all that's asked.
         if (action_ == Action::Track)

@@ -1,6 +1,7 @@
 #include "services/trackinfo/gui/ovartworkbutton.h"
 
 #include "additions/filewriting.h"
+#include "additions/ovurlconnection.h"
 #include "services/trackinfo/trackinfotext.h"
 
 #include <QApplication>
@@ -16,6 +17,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QTemporaryDir>
+
+#include <utility>
 
 namespace {
 
@@ -53,11 +56,7 @@ bool OVArtworkButton::cancelDownload()
 {
     if (!reply_)
         return false;
-    QNetworkReply *reply = reply_;
-    reply_ = nullptr;
-    reply->disconnect(this);
-    reply->abort();
-    reply->deleteLater();
+    ov_abandonReply(std::exchange(reply_, nullptr), this);
     return true;
 }
 
